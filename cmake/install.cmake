@@ -1,0 +1,1 @@
+# Headers under include/vellicor, the library, a CMake package and a pkg-config file.

@@ -1,0 +1,10 @@
+# Warnings and sanitizers, linked privately by every target of this project and by nobody else.
+add_library(vellicor_build_options INTERFACE)
+target_compile_options(vellicor_build_options INTERFACE -Wall -Wextra $<$<BOOL:${VELLICOR_WARNINGS_AS_ERRORS}>:-Werror>)
+if(VELLICOR_SANITIZE)
+  list(JOIN VELLICOR_SANITIZE "," vellicor_sanitizers)
+  # GCC reports values as maybe uninitialized in its own headers once sanitizers are on.
+  target_compile_options(vellicor_build_options INTERFACE -Wno-maybe-uninitialized -fsanitize=${vellicor_sanitizers} -fno-omit-frame-pointer
+                                                          -fno-sanitize-recover=all)
+  target_link_options(vellicor_build_options INTERFACE -fsanitize=${vellicor_sanitizers})
+endif()
