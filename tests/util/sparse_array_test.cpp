@@ -1,0 +1,134 @@
+// tests/util/sparse_array_test.cpp — the array with gaps, rectangles, the stack.
+#include "vellicor/util/sparse_array.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <random>
+#include <vector>
+
+#include "vellicor/util/rectangle.h"
+#include "vellicor/util/stack.h"
+
+namespace vellicor {
+namespace {
+
+struct Item {
+    char name;
+};
+
+/// The places as one letter each, "." for a gap.
+std::string places(const QVSparseMutableArray<Item>& array) {
+    std::string result;
+    for (std::uint64_t i = 0; i < array.length(); ++i) result += array.objectAt(i) ? array.objectAt(i)->name : '.';
+    return result;
+}
+
+TEST(SparseArray, GapsAreLeftFilledConsumedAndClosed) {
+    Item a{'a'}, b{'b'}, c{'c'}, d{'d'}, e{'e'};
+    QVSparseMutableArray<Item> array;
+    array.append(&a);
+    array.insertAt(3, &b);
+    EXPECT_EQ(places(array), "a..b");
+    array.insertAt(2, &c);
+    EXPECT_EQ(places(array), "a.cb") << "a gap is filled";
+    array.insertAt(0, &d);
+    EXPECT_EQ(places(array), "dacb") << "a used place shifts up to the gap, which is consumed";
+    array.insertAt(2, &e);
+    EXPECT_EQ(places(array), "daecb");
+    array.insertAt(7, &d);
+    EXPECT_EQ(places(array), "aecb...d") << "an object that is inserted again moves";
+    EXPECT_TRUE(array.remove(&e));
+    EXPECT_EQ(places(array), "acb...d") << "removal closes the place";
+    EXPECT_FALSE(array.remove(&e));
+    EXPECT_TRUE(array.remove(&d));
+    EXPECT_EQ(places(array), "acb") << "no gap stays at the end";
+}
+
+TEST(SparseArray, HugeIndexesCostNothing) {
+    Item a{'a'}, b{'b'}, c{'c'};
+    QVSparseMutableArray<Item> array;
+    array.insertAt(4'000'000'000, &a);
+    array.insertAt(UINT64_MAX, &b);
+    array.append(&c);
+    EXPECT_EQ(array.indexOf(&a), 4'000'000'000);
+    EXPECT_EQ(array.indexOf(&b), INT64_MAX);
+    EXPECT_EQ(array.indexOf(&c), std::uint64_t{INT64_MAX} + 1);
+    EXPECT_EQ(array.objects(), (std::vector<Item*>{&a, &b, &c}));
+}
+
+TEST(SparseArray, AgreesWithAPlainListUnderRandomChanges) {
+    std::mt19937 random(7);
+    for (int round = 0; round < 15; ++round) {
+        std::vector<Item> items(50);
+        std::vector<Item*> model;  // null for a gap
+        QVSparseMutableArray<Item> array;
+        const auto removeFromModel = [&](Item* item) {
+            std::erase(model, item);
+            while (!model.empty() && !model.back()) model.pop_back();
+        };
+        for (int step = 0; step < 300; ++step) {
+            Item* item = &items[random() % items.size()];
+            const auto action = random() % 10;
+            const bool wasThere = std::ranges::count(model, item) > 0;
+            removeFromModel(item);
+            if (action < 6) {
+                const std::size_t index = random() % 80;
+                array.insertAt(index, item);
+                if (index >= model.size()) model.resize(index + 1);
+                if (model[index]) {
+                    auto gap = std::find(model.begin() + static_cast<std::ptrdiff_t>(index), model.end(), nullptr);
+                    if (gap != model.end()) model.erase(gap);
+                    model.insert(model.begin() + static_cast<std::ptrdiff_t>(index), item);
+                } else {
+                    model[index] = item;
+                }
+            } else if (action < 7) {
+                array.append(item);
+                model.push_back(item);
+            } else {
+                ASSERT_EQ(array.remove(item), wasThere);
+            }
+            ASSERT_EQ(array.length(), model.size());
+            std::vector<Item*> present;
+            for (std::size_t i = 0; i < model.size(); ++i) {
+                ASSERT_EQ(array.objectAt(i), model[i]);
+                if (!model[i]) continue;
+                present.push_back(model[i]);
+                ASSERT_EQ(array.indexOf(model[i]), i);
+            }
+            ASSERT_EQ(array.count(), present.size());
+            ASSERT_EQ(array.objects(), present);
+        }
+        array.removeAll();
+        ASSERT_EQ(array.length(), 0u);
+    }
+}
+
+TEST(Rectangle, EmptyOnesDoNotCountInAUnion) {
+    const Rect table{{100, 100}, {200, 100}}, other{{-10, 150}, {20, 100}}, flat{{5, 5}, {10, 0}};
+    EXPECT_EQ(unionRect({}, table), table);
+    EXPECT_EQ(unionRect(table, flat), table);
+    EXPECT_EQ(unionRect(flat, flat), Rect{});
+    EXPECT_EQ(unionRect(table, other), (Rect{{-10, 100}, {310, 150}}));
+    EXPECT_EQ((Point{0.5, -2}.description()), "{0.5, -2}");
+    EXPECT_EQ((Size{3, 0.1}.description()), "{3, 0.10000000000000001}");
+}
+
+TEST(Stack, AnswersNullWhenEmpty) {
+    int one = 1, two = 2;
+    QVStack<int*> stack;
+    EXPECT_EQ(stack.pop(), nullptr);
+    stack.push(&one);
+    stack.push(&two);
+    EXPECT_EQ(stack.peek(), &two);
+    EXPECT_EQ(stack.pop(), &two);
+    EXPECT_EQ(stack.pop(), &one);
+    EXPECT_EQ(stack.peek(), nullptr);
+    stack.push(&one);
+    stack.removeAll();
+    EXPECT_TRUE(stack.isEmpty());
+}
+
+}  // namespace
+}  // namespace vellicor
