@@ -1,0 +1,68 @@
+// tests/model/container_threads_test.cpp — two threads on one document; meant for the thread sanitizer.
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <thread>
+#include <vector>
+
+#include "vellicor/model/container.h"
+#include "vellicor/model/table.h"
+
+namespace vellicor {
+namespace {
+
+/// Made beforehand: tables take their default places from a counter of the class.
+std::vector<std::shared_ptr<SQLTable>> tables(std::size_t count) {
+    std::vector<std::shared_ptr<SQLTable>> tables(count);
+    for (auto& table : tables) table = SQLTable::tableWithName("t");
+    return tables;
+}
+
+TEST(ContainerThreads, OneAddsAndRemovesWhileTheOtherReads) {
+    constexpr std::size_t kTables = 300;
+    const auto document = SQLContainer::newContainer();
+    const auto added = tables(kTables);
+    std::atomic<bool> done = false;
+    std::thread writer([&] {
+        for (std::size_t i = 0; i < kTables; ++i) {
+            document->add(added[i]);
+            if (i % 3 == 2) document->remove(*document->objectList()[i / 3]);
+        }
+        document->reorderByUID();
+        done = true;
+    });
+    std::size_t seen = 0;
+    while (!done) {
+        seen = document->count();
+        EXPECT_LE(document->objectListSortedByName().size(), kTables);
+        EXPECT_LE(document->objectListByZOrder().size(), kTables);
+        if (const auto* found = document->getObjectByName("T", false)) (void)document->zorderForObject(*found);
+        (void)document->isObjectNamePresent("t_7");
+        (void)document->uidInContainer("nobody");
+        (void)document->objectWithUid("nobody");
+        document->reorderByForeignKeys();
+        (void)document->xmlDocument();
+    }
+    writer.join();
+    EXPECT_LE(seen, kTables);
+    EXPECT_EQ(document->count(), kTables - kTables / 3);
+    EXPECT_EQ(document->objectListByZOrder().size(), document->count());
+}
+
+TEST(ContainerThreads, BothAddUnderNamesOfTheirOwn) {
+    constexpr std::size_t kTables = 200;
+    const auto document = SQLContainer::newContainer();
+    auto add = [&](const std::vector<std::shared_ptr<SQLTable>>& added) {
+        for (const auto& table : added) document->add(table);
+    };
+    const auto mine = tables(kTables), others = tables(kTables);
+    std::thread other(add, others);
+    add(mine);
+    other.join();
+    EXPECT_EQ(document->count(), 2 * kTables);
+    EXPECT_NE(document->getObjectByName("t_399"), nullptr);
+    EXPECT_EQ(document->getObjectByName("t_400"), nullptr);
+}
+
+}  // namespace
+}  // namespace vellicor

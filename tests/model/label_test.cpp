@@ -1,0 +1,206 @@
+// tests/model/label_test.cpp — labels, and the groups of objects that carry them.
+#include "vellicor/model/label.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "tests/support/scoped_preference.h"
+#include "vellicor/model/comment.h"
+#include "vellicor/model/container.h"
+#include "vellicor/model/label_manager.h"
+#include "vellicor/model/table.h"
+#include "vellicor/platform/notifications.h"
+
+namespace vellicor {
+namespace {
+
+using ::testing::ElementsAre;
+using ::testing::Pair;
+using ::testing::UnorderedElementsAre;
+
+const Color kRed = Color::sRGB(1, 0, 0), kBlue = Color::sRGB(0, 0, 1);
+
+struct LabelManager : ::testing::Test {
+    std::shared_ptr<SQLContainer> document = SQLContainer::newContainer();
+    SQLObjectLabelManager& manager = *document->objectLabelManager();
+    std::shared_ptr<StandardUndoManager> undo = std::make_shared<StandardUndoManager>();
+    int announcements = 0;
+    NotificationCenter::Token token = NotificationCenter::addObserver(
+        notifications::objectLabelListChanged, &manager, [this](std::string_view, const void*) { ++announcements; });
+
+    ~LabelManager() override { NotificationCenter::removeObserver(token); }
+
+    std::shared_ptr<SQLTable> add(std::string_view name) {
+        auto table = SQLTable::tableWithName(std::string(name));
+        document->add(table);
+        return table;
+    }
+    std::string group(const SQLObjectLabel* label) const {
+        std::string names;
+        for (const SQLObject* object : manager.tablesWithLabel(label)) names += object->getName();
+        return names;
+    }
+};
+
+TEST(Label, KeepsItsColourInSRGBAndReadsItsElements) {
+    const auto label = SQLObjectLabel::labelWithName("urgent", Color{1, 0, 0, 1, ColorSpace::DeviceRGB});
+    EXPECT_EQ(label->color().space, ColorSpace::SRGB);
+    EXPECT_EQ(label->description(), label->SQLObject::description() + " - name = urgent, color = " + label->colorString() +
+                                        ", uid = " + label->uid());
+    for (bool carefully : {false, true}) {
+        const auto read = create<SQLObjectLabel>();
+        for (const char* key : {"name", "colorString", "hidden", "expanded"}) {
+            const std::string text = key == std::string_view("name") ? "urgent" : key == std::string_view("colorString") ? kBlue.string() : "1";
+            if (carefully)
+                read->setSafePropertyValue({text}, key);
+            else
+                read->classInfo().setterFor(key)->apply(*read, {text});
+        }
+        EXPECT_EQ(read->getName(), "urgent");
+        EXPECT_EQ(read->colorString(), kBlue.string());
+        EXPECT_TRUE(read->isHidden() && read->isExpanded());
+        EXPECT_FALSE(read->hasProperty("hidden") || read->hasProperty("expanded"));
+    }
+    label->setIsHidden(true);
+    label->setIsDefault(true);
+    const auto copy = copyOf(*label);
+    EXPECT_EQ(copy->uid(), label->uid());
+    EXPECT_EQ(copy->color(), label->color());
+    EXPECT_TRUE(copy->isHidden() && copy->isDefault() && !copy->isExpanded());
+    const std::string xml = label->exportToXML();
+    EXPECT_THAT(xml, ::testing::HasSubstr("<colorString><![CDATA[" + label->colorString() + "]]></colorString>\n    <hidden>1</hidden>\n"));
+    EXPECT_EQ(xml.find("expanded"), std::string::npos);
+}
+
+TEST_F(LabelManager, ListIsUndoableAndAnnounced) {
+    document->setUndoManager(undo);
+    const auto red = SQLObjectLabel::labelWithName("red", kRed), twin = SQLObjectLabel::labelWithName("red", kRed);
+    manager.addLabel(red, true);
+    manager.addLabel(twin, true);
+    EXPECT_THAT(manager.labelList(), ElementsAre(red)) << "same name and colour";
+    manager.addLabel(twin, false);
+    EXPECT_THAT(manager.labelList(), ElementsAre(red, twin));
+    EXPECT_EQ(announcements, 2);
+    undo->undo();
+    EXPECT_THAT(manager.labelList(), ElementsAre(red));
+    undo->redo();
+    manager.removeLabel(red);
+    EXPECT_THAT(manager.labelList(), ElementsAre(twin));
+    undo->undo();
+    EXPECT_THAT(manager.labelList(), ElementsAre(twin, red));
+    EXPECT_EQ(announcements, 6);
+    EXPECT_EQ(manager.labelMatchingLabel(*red), twin) << "the first of that look";
+    EXPECT_EQ(manager.labelWithUid(red->uid()), red);
+    EXPECT_EQ(manager.labelWithUid("nobody"), nullptr);
+}
+
+TEST_F(LabelManager, FindsByNameAndColourAsTheyAre) {
+    const auto red = manager.objectLabelWithName("a", kRed);
+    EXPECT_EQ(manager.objectLabelWithName("a", kRed), red);
+    EXPECT_NE(manager.objectLabelWithName("a", kBlue), red);
+    red->setName("z");
+    EXPECT_NE(manager.objectLabelWithName("a", kRed), red);
+    red->setColor(kBlue);
+    EXPECT_EQ(manager.objectLabelWithName("z", kBlue), red);
+    red->setUid("R");
+    EXPECT_EQ(manager.labelWithUid("R"), red);
+    manager.sortLabelTable();
+    EXPECT_EQ(manager.labelList().back(), red);
+    EXPECT_EQ(manager.labelWithUid("R"), red);
+
+    const auto other = SQLContainer::newContainer();
+    other->objectLabelManager()->objectLabelWithName("z", kBlue);
+    other->objectLabelManager()->loadLabelsFromManager(manager);
+    EXPECT_EQ(other->objectLabelManager()->labelList().size(), 3u);
+    EXPECT_FALSE(undo->canUndo());
+    manager.removeAllLabels();
+    EXPECT_TRUE(manager.labelList().empty());
+}
+
+TEST_F(LabelManager, TablesGetTheLabelTheyName) {
+    auto load = [&](std::string_view name, std::string_view color) {
+        const auto table = add("t");
+        table->setProperty(keys::labelName, std::string(name));
+        if (!color.empty()) table->setProperty(keys::labelColor, std::string(color));
+        manager.createLabelFromObjectIfRequired(*table);
+        return table;
+    };
+    for (const char* none : {"Default", "null", ""}) EXPECT_EQ(load(none, kRed.string())->label(), nullptr) << none;
+    const auto first = load("urgent", kRed.string()), second = load("urgent", kRed.string()), third = load("urgent", kBlue.string());
+    ASSERT_NE(first->label(), nullptr);
+    EXPECT_EQ(first->label()->color(), kRed);
+    EXPECT_EQ(second->label(), first->label());
+    EXPECT_NE(third->label(), first->label());
+    EXPECT_EQ(manager.labelList().size(), 2u);
+    EXPECT_EQ(first->getProperty(keys::labelUid), first->label()->uid());
+
+    const auto plain = add("plain");
+    EXPECT_EQ(manager.labelColorForObject(*first), kRed);
+    EXPECT_EQ(manager.labelColorForObject(*plain), plain->defaultLabelColor());
+    plain->setProperty(keys::fieldBackgroundColor, kBlue.string());
+    EXPECT_EQ(manager.labelColorForObject(*plain), kBlue);
+    plain->setProperty(keys::labelColor, kRed.string());
+    EXPECT_EQ(manager.labelColorForObject(*plain), kRed);
+}
+
+TEST_F(LabelManager, GroupsFollowTheObjectsLabels) {
+    const auto a = add("a"), b = add("b"), c = add("c");
+    EXPECT_EQ(group(nullptr), "cba") << "without an index each goes first";
+    const auto d = SQLTable::tableWithName("d");
+    d->setLabelIndex(1);
+    document->add(d);
+    const auto e = SQLTable::tableWithName("e");
+    e->setLabelIndex(99);
+    document->add(e);
+    EXPECT_EQ(group(nullptr), "cdbae");
+
+    const auto red = SQLObjectLabel::labelWithName("red", kRed);
+    manager.addLabel(red, false);
+    b->setLabel(red);
+    d->setLabel(red);
+    EXPECT_EQ(group(nullptr), "cae");
+    EXPECT_EQ(group(red.get()), "bd");
+    EXPECT_THAT(manager.objectCountByLabel(), UnorderedElementsAre(Pair("Default", 3u), Pair(red->uid(), 2u)));
+    red->setIsDefault(true);
+    EXPECT_EQ(manager.countOfObjectsWithLabel(red.get()), 3u) << "the default label is no group of its own";
+    red->setIsDefault(false);
+    document->remove(*d);
+    b->setLabel(nullptr);
+    EXPECT_EQ(group(nullptr), "bcae");
+    EXPECT_EQ(manager.countOfObjectsWithLabel(red.get()), 0u);
+
+    manager.moveObject(*e, 1);
+    EXPECT_EQ(group(nullptr), "beca");
+    EXPECT_EQ(a->labelIndex(), 3);
+    manager.moveObject(*b, 99);
+    EXPECT_EQ(group(nullptr), "ecab");
+    EXPECT_EQ(b->getProperty(keys::labelWindowIndex), "3");
+
+    c->setLabelIndex(0);
+    e->setLabelIndex(2);
+    manager.postLoadProcess();
+    EXPECT_EQ(group(nullptr), "ceab");
+    EXPECT_EQ(e->labelIndex(), 2);
+    manager.reorderTablesFromIndexes("Default");
+    EXPECT_EQ(e->labelIndex(), 1);
+    manager.updateLabelList();
+    EXPECT_EQ(group(nullptr).size(), 4u);
+}
+
+TEST_F(LabelManager, LabelsAreWrittenAndArchived) {
+    manager.objectLabelWithName("red", kRed)->setIsExpanded(true);
+    manager.objectLabelWithName("blue", kBlue)->setIsHidden(true);
+    const XMLElement node("node");
+    manager.exportLabelsToXMLNode(node);
+    const std::string xml = node.text();
+    EXPECT_LT(xml.find("<![CDATA[red]]>"), xml.find("<expanded>1</expanded>"));
+    EXPECT_LT(xml.find("<expanded>1</expanded>"), xml.find("<![CDATA[blue]]>"));
+
+    KeyedArchiver coder;
+    manager.encodeWithCoder(coder);
+    const Value& blue = coder.entries().at("labels").asList()->at(1);
+    EXPECT_EQ(blue, Value(Value::Map{{"name", "blue"}, {"colorString", kBlue.string()}, {"hidden", "1"}, {"expanded", "0"}}));
+}
+
+}  // namespace
+}  // namespace vellicor

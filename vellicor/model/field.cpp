@@ -1,0 +1,192 @@
+// vellicor/model/field.cpp — a column: its making and end, flags, default value, names and cardinalities.
+#include "vellicor/model/field.h"
+
+#include "vellicor/export/foreign_key_graph.h"
+#include "vellicor/model/container.h"
+#include "vellicor/model/foreign_key.h"
+#include "vellicor/model/table.h"
+#include "vellicor/platform/preference_keys.h"
+#include "vellicor/platform/preferences.h"
+
+namespace vellicor {
+
+SQLField::~SQLField() {
+    if (SQLTable* table = _observingFkTable.get()) table->stopObservingTableForForeignKey(*this);
+    if (auto graph = _graph.lock()) graph->forgetField(this);
+}
+
+void SQLField::init() {
+    SQLTableComponent::init();
+    setProperty(keys::referenceLinkName, "");
+    setProperty(keys::defaultValue, "");
+    setHasCocoa(true);
+    auto cardinality = [](const char* key) {
+        return static_cast<std::uint64_t>(Preferences::shared().integerForKey(key));
+    };
+    _sourceCardinality = cardinality(prefs::defaultSourceCardinality);
+    _destinationCardinality = cardinality(prefs::defaultDestinationCardinality);
+}
+
+std::shared_ptr<SQLField> SQLField::initWithName(const OptionalText& name, const OptionalText& type) {
+    auto field = create<SQLField>();
+    field->setName(name);
+    field->setType(type);
+    return field;
+}
+
+const SQLField::UndoProperties& SQLField::undoProperties() {
+    static const UndoProperties keys{keys::unsigned_,     keys::zeroFill,          keys::noQuoteDefault,
+                                     keys::timezone,      keys::indexed,           keys::fieldCharacterSet,
+                                     keys::fieldCollation, keys::onUpdateFieldValue, keys::objectComment,
+                                     keys::hidden,        keys::connectorHidden};
+    return keys;
+}
+
+const SQLField::UndoProperties& SQLField::propertiesWithUndo() {
+    static const UndoProperties keys{keys::unsigned_};
+    return keys;
+}
+
+std::string SQLField::getProperty(std::string_view key) const {
+    if (key == keys::unique && !_primaryKey && forcedUnique()) return "1";
+    return SQLTableComponent::getProperty(key);
+}
+
+// --- flags
+
+void SQLField::setNotNull(bool flag) {
+    registerUndo(this, [old = getNotNull()](SQLField& field) { field.setNotNull(old); });
+    setPropertyAsBoolean(keys::notNull, flag);
+}
+
+void SQLField::setUnique(bool flag) {
+    // What was stored, not what forced uniqueness makes of it.
+    const bool old = boolValue(SQLTableComponent::getProperty(keys::unique));
+    registerUndo(this, [old](SQLField& field) { field.setUnique(old); });
+    setPropertyAsBoolean(keys::unique, flag);
+}
+
+void SQLField::setPrimaryKey(bool flag) {
+    registerUndo(this, [old = _primaryKey](SQLField& field) { field.setPrimaryKey(old); });
+    _primaryKey = flag;
+}
+
+void SQLField::setAutoIncrement(bool flag) {
+    registerUndo(this, [old = getAutoIncrement()](SQLField& field) { field.setAutoIncrement(old); });
+    setPropertyAsBoolean(keys::autoIncrement, flag);
+}
+
+bool SQLField::uniqueOrForcedUnique() const { return isUnique() || requiresUniqueOrPrimaryKey(); }
+
+bool SQLField::requiresUniqueOrPrimaryKey() const { return !_primaryKey && forcedUnique(); }
+
+bool SQLField::canSetUnique() const { return _primaryKey || !forcedUnique(); }
+
+// --- default value
+
+void SQLField::setDefaultValue(const OptionalText& value) {
+    registerUndo(this, [old = defaultValue()](SQLField& field) { field.setDefaultValue(old); });
+    setProperty(keys::defaultValue, value.value_or(std::string()));
+}
+
+void SQLField::setDefaultValueFromParsedString(const OptionalText& value) {
+    if (!isQuoted(value.value_or(std::string()))) setPropertyAsBoolean(keys::noQuoteDefault, true);
+    setDefaultValue(value);
+}
+
+bool SQLField::isQuoted(std::string_view text) {
+    if (text.empty() || text.front() != text.back()) return false;
+    return text.front() == '\'' || text.front() == '"' || text.front() == '`';
+}
+
+void SQLField::setDefaultValueRemovingQuotes(const OptionalText& value) {
+    auto isQuote = [](char character) { return character == '\'' || character == '`'; };
+    std::string text = value.value_or(std::string());
+    if (!text.empty() && isQuote(text.back()))
+        text.pop_back();  // Kept: cut from the whole text, so a leading quote stays
+    else if (!text.empty() && isQuote(text.front()))
+        text.erase(0, 1);
+    setDefaultValue(text);
+}
+
+// --- name of the column's foreign key
+
+OptionalText SQLField::validForeignKeyName(const OptionalText& name) const {
+    SQLContainer* document = topLevelContainer();
+    // The document would take the column's own key for another one of that name.
+    if (!document || !name || name->empty() || *name == foreignKeyName()) return name;
+    return document->validNameForForeignKey(*this, *name, false);
+}
+
+void SQLField::setForeignKeyName(const OptionalText& name) {
+    registerUndo(this, [old = foreignKeyName()](SQLField& field) { field.setForeignKeyName(old); });
+    setReferenceId(validForeignKeyName(name));
+}
+
+bool SQLField::validateForeignKeyName(OptionalText& name, ValidationError*) {
+    name = validForeignKeyName(name);
+    return true;
+}
+
+void SQLField::setReferenceId(const OptionalText& name) {
+    if (name && !name->empty())
+        setProperty(keys::foreignKeyName, *name);
+    else
+        removeProperty(keys::foreignKeyName);
+}
+
+// --- actions and cardinalities
+
+void SQLField::setDeleteAction(std::uint64_t action) {
+    registerUndo(this, [old = _deleteAction](SQLField& field) { field.setDeleteAction(old); });
+    _deleteAction = action;
+}
+
+void SQLField::setUpdateAction(std::uint64_t action) {
+    registerUndo(this, [old = _updateAction](SQLField& field) { field.setUpdateAction(old); });
+    _updateAction = action;
+}
+
+void SQLField::setSourceCardinality(std::uint64_t cardinality) {
+    registerUndo(this, [old = _sourceCardinality](SQLField& field) { field.setSourceCardinality(old); });
+    setUndoActionName("set Source cardinality");
+    _sourceCardinality = cardinality;
+}
+
+void SQLField::setDestinationCardinality(std::uint64_t cardinality) {
+    registerUndo(this, [old = _destinationCardinality](SQLField& field) { field.setDestinationCardinality(old); });
+    setUndoActionName("set Destination cardinality");
+    _destinationCardinality = cardinality;
+}
+
+void SQLField::setSourceCardinalityAsString(const OptionalText& text) {
+    setSourceCardinality(static_cast<std::uint64_t>(integerValue(text.value_or(std::string()))));
+}
+
+void SQLField::setDestinationCardinalityAsString(const OptionalText& text) {
+    setDestinationCardinality(static_cast<std::uint64_t>(integerValue(text.value_or(std::string()))));
+}
+
+void SQLField::setDefaultCardinalityForImport() { SQLConnectableCardinality::setDefaultCardinalityForImport(*this); }
+
+void SQLField::setDefaultCardinalityForCreatedKey() {
+    SQLConnectableCardinality::setDefaultCardinalityForCreatedKey(*this);
+}
+
+// --- other
+
+void SQLField::addIndexName(std::string_view name) {
+    auto list = _indexList.lock();
+    list->emplace_back(name);
+}
+
+std::vector<std::string> SQLField::indexList() const {
+    auto list = _indexList.lock();
+    return *list;
+}
+
+void SQLField::addCheckConstraint(const std::shared_ptr<SQLConstraint>& constraint) {
+    if (SQLTable* table = parentTable()) table->addCheckConstraint(constraint);
+}
+
+}  // namespace vellicor

@@ -1,0 +1,270 @@
+// vellicor/model/field_reference.cpp — a column's reference to another column: by name, by uid, resolved.
+#include <unordered_set>
+
+#include "vellicor/export/foreign_key_graph.h"
+#include "vellicor/model/container.h"
+#include "vellicor/model/field.h"
+#include "vellicor/model/table.h"
+#include "vellicor/platform/exception.h"
+#include "vellicor/platform/log.h"
+#include "vellicor/platform/text_format.h"
+
+namespace vellicor {
+
+namespace {
+
+std::string referenceText(const OptionalText& table, const OptionalText& field) {
+    auto part = [](const OptionalText& name) { return name ? OptionalText(trimmed(*name)) : std::nullopt; };
+    return text("%@(%@)", part(table), part(field));
+}
+
+}  // namespace
+
+// --- names
+
+void SQLField::setReferences(const OptionalText& table, const OptionalText& field) {
+    setReferencesTable(table);
+    setReferencesField(field);
+}
+
+OptionalText SQLField::getReferencesField() const {
+    const SQLField* target = getFkField();
+    return target ? OptionalText(target->getName()) : std::nullopt;
+}
+
+OptionalText SQLField::getReferencesTable() const {
+    const SQLTable* table = targetTable();
+    return table ? OptionalText(table->getName()) : std::nullopt;
+}
+
+OptionalText SQLField::getReferencesString() const {
+    if (!isSet(_referencesTable) || !isSet(_referencesField)) return std::nullopt;
+    return referenceText(_referencesTable, _referencesField);
+}
+
+OptionalText SQLField::getReferences() const {
+    if (!hasForeignKey()) return std::nullopt;
+    return referenceText(getReferencesTable(), getReferencesField());
+}
+
+std::string SQLField::getReferenceName() const {
+    return text("%@(%@)", container() ? container()->getName() : std::string(), getName());
+}
+
+void SQLField::setReferenceLinkName(const OptionalText& name) {
+    const OptionalText old = hasProperty(keys::referenceLinkName) ? OptionalText(getReferenceLinkName()) : std::nullopt;
+    registerUndo(this, [old](SQLField& field) { field.setReferenceLinkName(old); });
+    if (name)
+        setProperty(keys::referenceLinkName, *name);
+    else
+        removeProperty(keys::referenceLinkName);
+}
+
+OptionalText SQLField::referenceInformationString() {
+    // A member of a compound key shows what the key's owner shows; a ring of members has no owner.
+    std::unordered_set<const SQLField*> visited;
+    SQLField* field = this;
+    while (field->foreignKeyMode() == ForeignKeyMode::CompoundMember) {
+        visited.insert(field);
+        field = field->getSourceForeignKey();
+        if (!field || visited.contains(field)) return "unknown";
+    }
+    switch (field->foreignKeyMode()) {
+        case ForeignKeyMode::Single:
+            return field->getReferences();
+        case ForeignKeyMode::Compound: {
+            const OptionalText table = field->getReferencesTable();
+            return text("[Compound Key] %@(%@)", table ? OptionalText(trimmed(*table)) : std::nullopt,
+                        joined(field->getCompoundKeyVector(), ", "));
+        }
+        default:
+            return std::nullopt;
+    }
+}
+
+std::vector<std::string> SQLField::sourceFieldNameList() const { return {getName()}; }
+
+std::vector<std::string> SQLField::targetFieldNameList() const {
+    const SQLField* target = getFkField();
+    return target ? std::vector<std::string>{target->getName()} : std::vector<std::string>{};
+}
+
+bool SQLField::isFKFieldValid(unsigned& errorBits) const {
+    const std::size_t sources = sourceFieldNameList().size(), targets = targetFieldNameList().size();
+    errorBits = 0;
+    if (!targetTable()) errorBits |= foreignKeyError::noTargetTable;
+    if (sources != targets) errorBits |= foreignKeyError::mismatchedColumns;
+    if (sources == 0 && targets == 0) errorBits |= foreignKeyError::noColumns;
+    return errorBits == 0;
+}
+
+// --- finding the target
+
+SQLTable* SQLField::getTableForReferences() const {
+    const SQLContainer* document = topLevelContainer();
+    if (!document) return nullptr;
+    if (isSet(_referencesTableUID))
+        if (auto* table = as<SQLTable>(document->getObjectWithUID(*_referencesTableUID))) return table;
+    if (!isSet(_referencesTable)) return nullptr;
+    const NameParts parts = splitNameBySchema(*_referencesTable);
+    SQLObjectPeer* found = nullptr;
+    try {
+        found = document->getObjectWithSchema(parts.baseName, parts.schemaPart);
+    } catch (const SQLException&) {
+        const NameOptions byBaseName{.ofClass = isKindOf<SQLTable>, .baseNamesForTables = true};
+        found = document->getObjectByName(_referencesTable, byBaseName);
+    }
+    return as<SQLTable>(found);
+}
+
+SQLField* SQLField::getFieldForReferences(const SQLTable& table) const {
+    if (isSet(_referencesFieldUID))
+        if (auto* field = as<SQLField>(table.getFieldByUID(*_referencesFieldUID))) return field;
+    if (isSet(_referencesField))
+        if (SQLField* field = table.getFieldByName(*_referencesField)) return field;
+    log(text("failed to field field by uid (%@) or name (%@)", _referencesFieldUID, _referencesField));
+    return nullptr;
+}
+
+SQLTable* SQLField::targetTable() const {
+    const SQLField* target = getFkField();
+    return target ? target->parentTable() : nullptr;
+}
+
+// --- the resolved target
+
+void SQLField::setFkField(SQLField* target) {
+    if (target) {
+        if (!_settingFkField) pointTo(*target);
+        return;
+    }
+    // The owner of an old compound key loses its target with any member; owners may have owners, even in a ring.
+    std::vector<SQLField*> cleared;
+    for (SQLField* field = this; field && !field->_settingFkField;) {
+        field->_settingFkField = true;
+        cleared.push_back(field);
+        field->clearReference();
+        SQLField* owner = field->getSourceForeignKey();
+        if (!owner) field->clearCompoundKey();
+        field = owner;
+    }
+    for (SQLField* field : cleared) field->_settingFkField = false;
+}
+
+void SQLField::pointTo(SQLField& target) {
+    const bool isNew = _fkField.get() != &target;
+    _fkField = &target;
+    updateGraph();
+    SQLTable* table = target.parentTable();
+    _referencesField = target.getName();
+    _referencesTable = table ? OptionalText(table->getName()) : std::nullopt;
+    _referencesFieldUID = target.uid();
+    _referencesTableUID = table ? OptionalText(table->uid()) : std::nullopt;
+    if (table) table->observeTableForForeignKey(*this);
+    _observingFkTable = table;
+    if (isNew) target._connectedObjects.emplace_back(this);
+}
+
+void SQLField::clearReference() {
+    // Kept: neither the table observed so far nor the former target hears of it.
+    _fkField = nullptr;
+    updateGraph();
+    _referencesField.reset();
+    _referencesTable.reset();
+    _observingFkTable = nullptr;
+    _referencesTableUID.reset();
+    _referencesFieldUID.reset();
+}
+
+void SQLField::updateGraph() {
+    SQLContainer* document = topLevelContainer();
+    if (!document || !document->fkObjectGraph()) return;
+    const auto& graph = document->sharedFkObjectGraph();
+    if (auto former = _graph.lock(); former && former != graph) former->forgetField(this);
+    _graph = graph;
+    graph->updateForeignKey(this);
+}
+
+std::vector<SQLField*> SQLField::connectedObjects() const {
+    std::vector<SQLField*> fields;
+    std::unordered_set<const SQLField*> listed;
+    for (const auto& field : _connectedObjects)
+        if (field && listed.insert(field.get()).second) fields.push_back(field.get());
+    return fields;
+}
+
+void SQLField::updateLinksWithNewUid() {
+    const SQLField* target = getFkField();
+    if (!target) return;
+    const SQLTable* table = target->parentTable();
+    _referencesFieldUID = target->uid();
+    _referencesTableUID = table ? OptionalText(table->uid()) : std::nullopt;
+}
+
+void SQLField::resetUid() {
+    SQLTableComponent::resetUid();
+    _referencesTableUID.reset();
+    _referencesFieldUID.reset();
+}
+
+// --- after reading
+
+/// Turns stored names and uids into the target.
+void SQLField::resolveReference() {
+    if (isSet(_referencesTable) && !isSet(_referencesField)) {
+        const SQLTable* table = getTableForReferences();
+        const auto primaryKey = table ? table->primaryKeyObjectList() : SQLTable::Fields();
+        if (!primaryKey.empty())
+            _referencesField = primaryKey.front()->getName();
+        else if (table)
+            log(text(
+                "[Warn] foreign key doesn't specify target columns and is referencing a table without primary key  %@",
+                getReferencesTable()));
+    }
+    if (!isSet(_referencesTable) || !isSet(_referencesField)) return;
+    const SQLTable* table = getTableForReferences();
+    if (!table) {
+        setIncompleteReferenceTargetTable(*_referencesTable, *_referencesField);
+        return;
+    }
+    SQLField* target = getFieldForReferences(*table);
+    setFkField(target);
+    if (target && getPropertyAsBoolean(keys::unknownReferenceType)) setType(target->getType());
+}
+
+void SQLField::postLoadProcess() {
+    SQLTableComponent::postLoadProcess();
+    if (!_dependentFieldList.empty()) {
+        std::scoped_lock lock(_loadMutex);
+        try {
+            convertCompoundForeignKey();
+            setCompoundForeignKey(false);
+        } catch (const std::exception&) {
+            log("Exception when configuring dependent foreign keys in SQLField:PostLoadProcess");
+        }
+        _dependentFieldList.clear();
+    }
+    try {
+        resolveReference();
+        if (hasProperty(keys::checkConstraint)) convertInlineCheckConstraint();
+    } catch (const std::exception& error) {
+        log(text("Parsing Exception in SQLField postLoadProcess %@", error.what()));
+    }
+}
+
+void SQLField::reconnectIncompleteReference() {
+    try {
+        setReferences(getProperty(keys::refTableName), getProperty(keys::refFieldName));
+        if (const SQLTable* table = getTableForReferences()) {
+            setFkField(getFieldForReferences(*table));
+        } else {
+            log(text("[NOTE] missing target table %@(%@)", _referencesTable, _referencesField));
+            setFkField(nullptr);
+        }
+    } catch (const std::exception&) {
+        log("[NOTE] failed to identify incomplete reference target");
+    }
+    clearIncompleteReferenceTargetTable();
+}
+
+}  // namespace vellicor

@@ -1,0 +1,56 @@
+// vellicor/model/forward.h — the model's classes by name.
+#pragma once
+
+#include <memory>
+
+namespace vellicor {
+
+class Loadable;
+struct ClassInfo;
+class SQLValue;
+class SQLPoint;
+class SQLSize;
+class QVMutableNotifyingPropertyDictionary;
+class SQLObject;
+class SQLObjectPeer;
+class SQLContainer;
+class SQLTable;
+class SQLTableComponent;
+class SQLField;
+class SQLIndex;
+class SQLConstraint;
+class SQLComparisonIndex;
+class SQLIndexEntry;
+class SQLForeignKey;
+class SQLForeignKeyEntry;
+class SQLConnectable;
+class SQLView;
+class SQLViewEntry;
+class SQLComment;
+class SQLCanvasArea;
+class SQLDocumentInfo;
+class SQLSchema;
+class SQLObjectLabel;
+class SQLObjectLabelManager;
+class QVObjectStyle;
+
+/// Makes an object in two steps: construction, then the virtual `init`, so that overrides run. Every object of the
+/// model is made this way.
+template <class T, class... Arguments>
+[[nodiscard]] std::shared_ptr<T> create(Arguments&&... arguments) {
+    auto object = std::make_shared<T>(std::forward<Arguments>(arguments)...);
+    object->init();
+    return object;
+}
+
+/// `object` as a T when it is one, otherwise null. Null stays null.
+template <class T, class From>
+[[nodiscard]] T* as(From* object) {
+    return dynamic_cast<T*>(object);
+}
+template <class T, class From>
+[[nodiscard]] std::shared_ptr<T> as(const std::shared_ptr<From>& object) {
+    return std::dynamic_pointer_cast<T>(object);
+}
+
+}  // namespace vellicor
