@@ -1,0 +1,407 @@
+// tests/export/alter_test.cpp — statements that turn an old model into a new one, in the neutral dialect.
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "tests/support/log_capture.h"
+#include "tests/support/scoped_preference.h"
+#include "vellicor/export/alter_run.h"
+#include "vellicor/export/export_dialect_common.h"
+#include "vellicor/export/exporter_common.h"
+#include "vellicor/model/field.h"
+#include "vellicor/model/foreign_key.h"
+#include "vellicor/model/index.h"
+#include "vellicor/platform/preference_keys.h"
+#include "vellicor/platform/text_format.h"
+
+namespace vellicor {
+namespace {
+
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+using testing::LogCapture;
+using testing::ScopedPreference;
+
+/// Spells out deferral where it is asked for, as dialects with that clause do.
+class DeferringExporter : public GenericSQLExporter {
+public:
+    SourceNodePtr foreignKeyDeferredBlock(SQLConnectable& key, SQLConnectable*) override {
+        const char* word = key.linkIsDeferrable() ? "DEFERRABLE" : addExplicitDeferrable() ? "NOT DEFERRABLE" : "";
+        return QVSourceNode::nodeWithValue(word, "");
+    }
+    bool checkIndexValid(SQLIndex& index) override { return index.getIndexType() != "REFUSED"; }
+    bool supportsIfNotExistsSQLIndex() const override { return true; }
+    bool useIndexPrefixSize() const override { return true; }
+    std::string prefixForIndexedProperty(SQLField& field) override { return field.parentTable()->getBaseName() + "_"; }
+};
+
+/// Stands for a live database that already holds every index.
+class LiveDatabase : public SQLExportDialect {
+public:
+    bool indexExists(SQLIndex&) override { return true; }
+};
+
+/// a(id, code) is referenced by b(a_id) in schema s and by itself; b has an index, two constraints and a key object.
+struct Model {
+    Model() {
+        id->setPrimaryKey(true);
+        aId->setFkField(id.get());
+        aId->setReferenceId("b_fk");
+        parent->setFkField(id.get());
+        index->addIndexField(*aId);
+        index->addIndexField(*note);
+        index->setSizeForIndexEntry(*note, "8");
+        b->add(index);
+        unique->setConstraintType("UNIQUE");
+        unique->addIndexField(*aId);
+        unique->addIndexField(*note);
+        b->add(unique);
+        check->setCheckConstraintExpression("note > 0");
+        check->setName("ck");
+        b->add(check);
+        key->addFieldPair(note.get(), code.get());
+        key->setTargetTable(a.get());
+        b->add(key);
+    }
+    std::shared_ptr<SQLTable> table(const char* name) {
+        auto made = SQLTable::tableWithName(name);
+        document->add(made);
+        return made;
+    }
+    static std::shared_ptr<SQLField> column(const std::shared_ptr<SQLTable>& table, const char* name, const char* type) {
+        auto made = SQLField::fieldWithName(name, type);
+        table->add(made);
+        return made;
+    }
+
+    std::shared_ptr<SQLContainer> document = SQLContainer::newContainer();
+    std::shared_ptr<SQLTable> a = table("a");
+    std::shared_ptr<SQLField> id = column(a, "id", "int");
+    std::shared_ptr<SQLField> code = column(a, "code", "varchar(8)");
+    std::shared_ptr<SQLField> parent = column(a, "parent", "int");
+    std::shared_ptr<SQLTable> b = table("s.b");
+    std::shared_ptr<SQLField> aId = column(b, "a_id", "int");
+    std::shared_ptr<SQLField> note = column(b, "note", "text");
+    std::shared_ptr<SQLIndex> index = SQLIndex::indexWithName("i");
+    std::shared_ptr<SQLConstraint> unique = SQLConstraint::constraint();
+    std::shared_ptr<SQLConstraint> check = SQLConstraint::constraint();
+    std::shared_ptr<SQLForeignKey> key = SQLForeignKey::initWithName("k");
+};
+
+class Alter : public ::testing::Test {
+protected:
+    Model now;
+    Model old;
+    std::shared_ptr<DeferringExporter> exporter = create<DeferringExporter>();
+    std::shared_ptr<GenericSQLExporter> generic = GenericSQLExporter::exporter();
+    std::string text(const SourceNodePtr& node) { return GenericSQLExporter::nodeText(node); }
+};
+
+TEST_F(Alter, Statements) {
+    old.index->setName("i0");
+    now.unique->setName("u");
+    now.note->setDataType("blob");
+    const std::string longKey = "ALTER TABLE s.b ADD CONSTRAINT k FOREIGN KEY (note) REFERENCES a (code);\n";
+    const struct {
+        std::string actual;
+        std::string expected;
+    } cases[] = {
+        {generic->alterType(*now.note, *old.note), "ALTER TABLE s.b ALTER COLUMN note TYPE blob"},
+        {generic->alterType(*now.id, *old.id), ""},
+        {generic->addColumn(*now.note), "ALTER TABLE s.b ADD COLUMN note BLOB"},
+        {generic->addField(*now.note, *now.b), "ALTER TABLE s.b ADD COLUMN note BLOB ;\n"},
+        {generic->drop(*now.note), "ALTER TABLE s.b DROP COLUMN note"},
+        {generic->dropColumn(*now.id), "ALTER TABLE a DROP COLUMN id"},
+        {generic->drop(*now.index), "DROP INDEX i"},
+        {generic->addIndex(*now.index, *now.a), "ALTER TABLE a ADD INDEX i (a_id,note);\n"},
+        {generic->addConstraint(*now.check), "ALTER TABLE s.b ADD CONSTRAINT ck CHECK (note > 0);\n"},
+        {generic->alterSQLIndex(*now.index, *old.index), "ALTER TABLE s.b DROP INDEX i0, ADD  INDEX i (a_id,note);\n"},
+        {generic->alterSQLConstraint(*now.check, *old.check), ""},
+        {generic->drop(*now.check), "ALTER TABLE s.b DROP CONSTRAINT ck"},
+        {generic->addSQLConstraint(*now.check), "ALTER TABLE s.b ADD  CONSTRAINT ck CHECK (note > 0)"},
+        {generic->addSQLConstraint(*now.unique), "ALTER TABLE s.b ADD CONSTRAINT u UNIQUE (a_id,note)"},
+        {generic->alter(*now.a, *old.a), ""},
+        {joined(generic->alterAsVector(*now.note, *old.note), "|"), "ALTER TABLE s.b ALTER COLUMN note TYPE blob"},
+        {joined(generic->alterSQLForeignKeyAsVector(now.key.get(), old.key.get(), nullptr), "|"), ""},
+        {joined(generic->alterSQLForeignKeyAsVector(now.key.get(), nullptr, nullptr), "|"), longKey},
+    };
+    for (const auto& [actual, expected] : cases) EXPECT_EQ(actual, expected);
+
+    ScopedPreference quoted(prefs::quoteIdentifiersOnExport);
+    generic->configureForExport();
+    EXPECT_EQ(generic->dropColumn(*now.note), "ALTER TABLE 's'.'b' DROP COLUMN 'note'");
+    EXPECT_EQ(generic->drop(*now.index), "DROP INDEX 'i'");
+}
+
+TEST_F(Alter, LogsWhatIsUnsupported) {
+    LogCapture captured;
+    (void)generic->alterSQLConstraint(*now.check, *old.check);
+    (void)generic->alterAsVector(*now.index, *old.index);
+    EXPECT_THAT(generic->postLoadAlterAsVector(*now.index, *old.index), IsEmpty());
+    EXPECT_THAT(captured.lines(), ElementsAre("unsupported alterSQLConstraint for exporter Generic SQL",
+                                              "Unable to use selector alterSQLIndexAsVector::"));
+}
+
+/// Two statements between two silent ones.
+class StatementsOfTable : public GenericSQLExporter {
+public:
+    Statements alterSQLTableAsVector(SQLTable&, SQLTable&, SQLObject*) override { return {"", "one", "", "two", ""}; }
+};
+
+TEST_F(Alter, TableStatementsAreJoinedWithoutEmptyOnes) {
+    EXPECT_EQ(create<StatementsOfTable>()->alter(*now.a, *old.a), "one;\ntwo");
+    EXPECT_EQ(create<StatementsOfTable>()->alter(*now.id, *old.id), "");
+}
+
+TEST_F(Alter, NothingRaisesForDetachedObjects) {
+    auto lost = SQLField::fieldWithName("x", "int");
+    lost->setFkField(old.id.get());
+    lost->setPropertyAsBoolean(keys::indexed, true);
+    auto lostKey = SQLForeignKey::initWithName("lk");
+    auto lostIndex = SQLIndex::indexWithName("li");
+    EXPECT_EQ(generic->dropSQLField(*lost), "ALTER TABLE  DROP COLUMN x");
+    EXPECT_EQ(generic->alterPrimaryKey(*lost, *old.id), "");
+    EXPECT_THAT(generic->alterForeignKey(*lost, *lost), IsEmpty());
+    EXPECT_THAT(generic->alterSQLForeignKeyAsVector(lostKey.get(), nullptr, nullptr), IsEmpty());
+    EXPECT_EQ(generic->alterSQLIndex(*lostIndex, *lostIndex), "ALTER TABLE  DROP INDEX li;\n");
+    LogCapture captured;
+    EXPECT_THAT(generic->alterIndexedProperty(*lost, *old.id), IsEmpty());
+    EXPECT_THAT(captured.lines(), ElementsAre("[INDEXED FIELD] checking for index existance", "Export Error: missing index object"));
+}
+
+// --- dropping keys
+
+TEST_F(Alter, DropsAKeyOnceOnly) {
+    EXPECT_EQ(generic->dropForeignKey(*old.aId), "ALTER TABLE s.b DROP CONSTRAINT b_fk");
+    EXPECT_EQ(generic->dropForeignKey(*old.aId), "");
+    EXPECT_EQ(generic->dropForeignKey(*now.aId), "ALTER TABLE s.b DROP CONSTRAINT b_fk") << "another key of that name";
+    EXPECT_EQ(generic->dropSQLForeignKey(*old.key), "ALTER TABLE s.b DROP CONSTRAINT IF EXISTS k");
+    EXPECT_EQ(generic->dropSQLForeignKey(*old.key), "");
+    const std::string unknown = "/* Need to DROP Foreign Key constraint from field a(parent), but constraint name unknown */";
+    EXPECT_EQ(generic->dropForeignKey(*old.parent), unknown);
+    EXPECT_EQ(generic->dropForeignKey(*old.parent), unknown) << "nothing was dropped yet";
+    AlterRun run(*generic, *old.document);
+    EXPECT_EQ(generic->dropForeignKey(*old.aId), "ALTER TABLE s.b DROP CONSTRAINT b_fk") << "a new run";
+}
+
+TEST_F(Alter, CommentsEndWhereTheyShouldInRunnableScripts) {
+    old.parent->setName("x*/ y");
+    EXPECT_THAT(generic->dropForeignKey(*old.parent), ::testing::HasSubstr("a(x*/ y)"));
+    ScopedPreference runnable(prefs::runnableScripts);
+    EXPECT_THAT(generic->dropForeignKey(*old.parent), ::testing::HasSubstr("a(x* / y)"));
+}
+
+TEST_F(Alter, ChangedKeyObjectIsDroppedAndAdded) {
+    now.key->setDeferrable(true);
+    EXPECT_THAT(generic->alterSQLForeignKeyAsVector(now.key.get(), old.key.get(), nullptr),
+                ElementsAre("ALTER TABLE s.b DROP CONSTRAINT IF EXISTS k",
+                            "ALTER TABLE s.b ADD CONSTRAINT k FOREIGN KEY (note) REFERENCES a (code);\n"));
+    EXPECT_THAT(generic->alterSQLForeignKeyAsVector(nullptr, old.key.get(), nullptr), IsEmpty());
+}
+
+// --- comparing keys
+
+TEST_F(Alter, ForeignKeysMatchByAllTheirParts) {
+    const struct {
+        const char* what;
+        void (*change)(Model&);
+        std::vector<std::string> log;
+    } cases[] = {
+        {"same", [](Model&) {}, {"[FOREIGN KEY MATCH]"}},
+        {"unset and default action", [](Model& m) { m.aId->setDeleteAction(4); m.aId->setUpdateAction(4); }, {"[FOREIGN KEY MATCH]"}},
+        {"target table", [](Model& m) { m.a->setName("c"); }, {}},
+        {"no target", [](Model& m) { m.aId->setFkField(nullptr); }, {}},
+        {"name", [](Model& m) { m.aId->setReferenceId("other"); }, {}},
+        {"deferrable", [](Model& m) { m.aId->setDeferrable(true); }, {}},
+        {"initially deferred", [](Model& m) { m.aId->setInitiallyDeferred(true); }, {}},
+        {"target column", [](Model& m) { m.aId->setFkField(m.code.get()); },
+         {"[FOREIGN KEY MISMATCH] - targetList (id) (code)", "id != code"}},
+        {"source column", [](Model& m) { m.aId->setName("x"); },
+         {"[FOREIGN KEY MISMATCH] - sourceList (a_id) (x)", "a_id != x"}},
+        {"delete action", [](Model& m) { m.aId->setDeleteAction(1); }, {"[FOREIGN KEY MISMATCH] - delete action"}},
+        {"update action", [](Model& m) { m.aId->setUpdateAction(2); }, {"[FOREIGN KEY MISMATCH] - update action"}},
+    };
+    for (const auto& [what, change, log] : cases) {
+        Model changed;
+        change(changed);
+        LogCapture captured;
+        const bool matches = !log.empty() && log.back() == "[FOREIGN KEY MATCH]";
+        EXPECT_EQ(generic->isForeignKeyMatchForFieldA(*old.aId, *changed.aId), matches) << what;
+        EXPECT_EQ(captured.lines(), log) << what;
+    }
+    LogCapture captured;
+    now.key->addFieldPair(now.aId.get(), now.id.get());
+    EXPECT_FALSE(generic->isForeignKeyMatchForFieldA(*old.key, *now.key));
+    EXPECT_THAT(captured.lines(), ElementsAre("[FOREIGN KEY MISMATCH] - targetList (code) (code,id)", "(null) != id"));
+}
+
+TEST_F(Alter, ForeignKeyMatchesSaysWhichSideHasAReference) {
+    EXPECT_EQ(generic->foreignKeyMatches(*now.id, *old.id), 0);
+    EXPECT_EQ(generic->foreignKeyMatches(*now.aId, *old.aId), 0);
+    EXPECT_EQ(generic->foreignKeyMatches(*now.id, *old.aId), 1);
+    EXPECT_EQ(generic->foreignKeyMatches(*now.aId, *old.id), 2);
+    now.aId->setFkField(now.code.get());
+    EXPECT_EQ(generic->foreignKeyMatches(*now.aId, *old.aId), 3);
+}
+
+// --- keys of a table's columns
+
+TEST_F(Alter, ColumnKeysAreDroppedBeforeAnyIsAdded) {
+    EXPECT_EQ(text(exporter->alterForeignKeyForTable(*now.a, *old.a)), "");
+    old.parent->setReferenceId("p_old");
+    now.parent->setReferenceId("p_new");
+    now.code->setFkField(now.id.get());
+    old.id->setFkField(old.aId.get());
+    old.id->setReferenceId("gone");
+
+    const auto node = exporter->alterForeignKeyForTable(*now.a, *old.a);
+    const std::string drops = "ALTER TABLE a DROP CONSTRAINT gone;\nALTER TABLE a DROP CONSTRAINT p_old;";
+    const std::string adds = "ALTER TABLE a ADD FOREIGN KEY (code) REFERENCES a (id);\n"
+                             "ALTER TABLE a ADD CONSTRAINT p_new FOREIGN KEY (parent) REFERENCES a (id) NOT DEFERRABLE;";
+    EXPECT_EQ(text(node->childWithId("#dropInstructions")), drops);
+    EXPECT_EQ(text(node->childWithId("#addInstructions")), adds);
+    EXPECT_EQ(text(node), drops + "\n" + adds);
+    EXPECT_FALSE(exporter->addExplicitDeferrable());
+    EXPECT_EQ(text(exporter->alterForeignKeyForTable(*now.a, *old.a)), adds) << "the drops were written before";
+}
+
+TEST_F(Alter, KeysThatDifferInDeferralOrTypeAreMadeAnew) {
+    const char* drop = "ALTER TABLE s.b DROP CONSTRAINT b_fk";
+    const char* add = "ALTER TABLE s.b ADD CONSTRAINT b_fk FOREIGN KEY (a_id) REFERENCES a (id) ";
+    now.aId->setDeferrable(true);
+    EXPECT_THAT(exporter->alterForeignKey(*now.aId, *old.aId), ElementsAre(drop, std::string(add) + "DEFERRABLE;"));
+    now.aId->setDeferrable(false);
+    now.aId->setType("bigint");
+    exporter = create<DeferringExporter>();
+    const auto node = exporter->alterForeignKeyAsNode(*now.aId, *old.aId);
+    EXPECT_EQ(text(node->childWithId("#dropInstructionEntry")), drop);
+    EXPECT_EQ(text(node->childWithId("#addInstructionEntry")), std::string(add) + "NOT DEFERRABLE;");
+    ScopedPreference ignoring(prefs::canIgnoreObjectsOnExport);
+    now.b->setPropertyAsBoolean(keys::cannotLinkToObject, true);
+    EXPECT_THAT(create<DeferringExporter>()->alterForeignKey(*now.aId, *old.aId), IsEmpty());
+}
+
+// --- primary keys
+
+TEST_F(Alter, PrimaryKeyChangeTakesTheReferencesWithIt) {
+    EXPECT_EQ(generic->alterPrimaryKey(*now.id, *old.id), "");
+    now.id->setPrimaryKey(false);
+    now.code->setPrimaryKey(true);
+    const std::string references = "ALTER TABLE s.b ADD CONSTRAINT b_fk FOREIGN KEY (a_id) REFERENCES a (id);";
+    const std::string expected =
+        "/* Need to DROP Foreign Key constraint from field a(parent), but constraint name unknown */;\n"
+        "ALTER TABLE s.b DROP CONSTRAINT b_fk;\n"
+        "/*Need to modify primary key on table a but constraint name not set - guessing a_pkey*/\n"
+        "ALTER TABLE a DROP CONSTRAINT a_pkey;\n"
+        "ALTER TABLE a ADD CONSTRAINT a_pkey PRIMARY KEY (code);\n"
+        "ALTER TABLE a ADD FOREIGN KEY (parent) REFERENCES a (id);\n" + references;
+    EXPECT_EQ(generic->alterPrimaryKey(*now.id, *old.id), expected);
+    {
+        AlterRun run(*generic, *old.document);
+        EXPECT_EQ(generic->alterPrimaryKey(*now.id, *old.id), expected) << "by the run's index";
+    }
+
+    old.parent->setFkField(nullptr);
+    old.a->setPrimaryKeyConstraintName("pk_old");
+    const auto node = GenericSQLExporter::exporter()->alterPrimaryKeyForTable(*now.a, *old.a);
+    EXPECT_EQ(text(node->childWithId("DropReferencingFKConstraints")), "ALTER TABLE s.b DROP CONSTRAINT b_fk;");
+    EXPECT_EQ(text(node->childWithId("AddReferencingFKConstraints")), references);
+    EXPECT_EQ(text(node->childWithId("dropPrimaryKey")), "ALTER TABLE a DROP CONSTRAINT pk_old;");
+    EXPECT_EQ(node->childWithId("dropPrimaryKey")->nodeComment(), "drop primary key instruction");
+    EXPECT_EQ(text(node->childWithId("addPrimaryKey")), "ALTER TABLE a ADD CONSTRAINT a_pkey PRIMARY KEY (code);");
+    EXPECT_EQ(node->childWithId("addPrimaryKey")->nodeComment(), "add primary key instruction");
+    EXPECT_EQ(text(node).find("guessing"), std::string::npos);
+}
+
+TEST_F(Alter, ReferencesThatAreGoneStayDropped) {
+    const std::vector<SQLConnectable*> keys{old.aId.get(), old.key.get()};
+    EXPECT_EQ(generic->filterForeignKeyList(keys, now.document.get()), keys);
+    EXPECT_EQ(text(generic->addForeignKeyList({old.key.get()})),
+              "ALTER TABLE s.b ADD CONSTRAINT k FOREIGN KEY (note) REFERENCES a (code);");
+    now.aId->setFkField(now.code.get());
+    EXPECT_THAT(generic->filterForeignKeyList(keys, now.document.get()), ElementsAre(keys[1]));
+    now.b->setName("other");
+    EXPECT_THAT(generic->filterForeignKeyList(keys, now.document.get()), IsEmpty());
+    EXPECT_THAT(generic->filterForeignKeyList(keys, nullptr), IsEmpty());
+}
+
+// --- indexed columns
+
+TEST_F(Alter, IndexedFlagSwitchedOff) {
+    now.note->setProperty("k", "v");
+    EXPECT_THAT(generic->postLoadAlterAsVector(*now.note, *old.note), IsEmpty());
+    old.note->setPropertyAsBoolean(keys::indexed, true);
+    LogCapture captured;
+    EXPECT_THAT(generic->postLoadAlterAsVector(*now.note, *old.note), ElementsAre("ALTER TABLE s.b DROP INDEX b_note_idx;\n"));
+    EXPECT_THAT(captured.lines(), ElementsAre("canDropIndex = YES", "|| DROPPING indexed property note ",
+                                              ::testing::MatchesRegex("dropIndexName = b_note_idx \\{.*indexed = 1.*\\}")));
+    old.note->setProperty(keys::indexedKeyName, "named");
+    EXPECT_THAT(generic->alterIndexedProperty(*now.note, *old.note), ElementsAre("ALTER TABLE s.b DROP INDEX named;\n"));
+    old.note->setProperty(keys::indexedKeyName, "i");
+    EXPECT_THAT(generic->alterIndexedProperty(*now.note, *old.note), IsEmpty()) << "the index is the table's";
+    EXPECT_EQ(captured.lines().back(), "canDropIndex = NO");
+    old.index->removeIndexField(*old.note);
+    EXPECT_THAT(generic->alterIndexedProperty(*now.note, *old.note), ElementsAre("ALTER TABLE s.b DROP INDEX i;\n"));
+}
+
+TEST_F(Alter, IndexedFlagSwitchedOn) {
+    now.note->setPropertyAsBoolean(keys::indexed, true);
+    LogCapture captured;
+    EXPECT_THAT(generic->alterIndexedProperty(*now.note, *old.note), ElementsAre("CREATE INDEX b_note_idx ON s.b(note);\n"));
+    EXPECT_THAT(captured.lines(),
+                ElementsAre("[INDEXED FIELD] checking for index existance", "[INDEXED FIELD] Adding Index note_idx"));
+    old.index->setName("b_note_idx");
+    EXPECT_THAT(generic->alterIndexedProperty(*now.note, *old.note), ::testing::SizeIs(1));
+    EXPECT_THAT(exporter->alterIndexedProperty(*now.note, *old.note), IsEmpty()) << "its own prefix makes the names equal";
+}
+
+TEST_F(Alter, LiveDatabaseAnswersForItsIndexes) {
+    EXPECT_TRUE(generic->shouldExportIndex(*now.index));
+    generic->setCurrentExporter(create<SQLExportDialect>());
+    EXPECT_TRUE(generic->shouldExportIndex(*now.index));
+    generic->setCurrentExporter(create<LiveDatabase>());
+    EXPECT_FALSE(generic->shouldExportIndex(*now.index));
+}
+
+// --- statements that dialects share
+
+TEST_F(Alter, SharedIndexStatement) {
+    EXPECT_EQ(ExporterCommon::addIndex(*now.index, *now.b, *generic), "CREATE  INDEX i ON s.b (a_id,note);\n");
+    EXPECT_EQ(ExporterCommon::addIndex(*now.index, *now.b, *exporter, true, false), " INDEX i ON s.b (a_id,note(8));\n");
+    now.index->setIndexType(" UNIQUE ");
+    EXPECT_EQ(ExporterCommon::addIndex(*now.index, *now.b, *generic, false, true), "CREATE UNIQUE INDEX i ON s.b (a_id,note)");
+    EXPECT_EQ(ExporterCommon::addIndex(*now.index, *now.b, *generic, {.addSeparator = false, .withTableName = false}),
+              "CREATE UNIQUE INDEX i (a_id,note)");
+    now.index->setIndexType("");
+    auto empty = SQLIndex::indexWithName("e");
+    EXPECT_EQ(ExporterCommon::addIndex(*empty, *now.b, *generic), "/*CREATE  INDEX e ON s.b ();\n*/\n");
+    ScopedPreference ifNotExists(prefs::useIfNotExistsOnTableExport);
+    EXPECT_EQ(ExporterCommon::addIndex(*now.index, *now.b, *generic, false, true), "CREATE  INDEX i ON s.b (a_id,note)");
+    EXPECT_EQ(ExporterCommon::addIndex(*now.index, *now.b, *exporter, false, true),
+              "CREATE  INDEX IF NOT EXISTS i ON s.b (a_id,note(8))");
+    now.index->setIndexType("REFUSED");
+    EXPECT_EQ(ExporterCommon::addIndex(*now.index, *now.b, *exporter), "");
+}
+
+TEST_F(Alter, SharedTypeAndDrops) {
+    auto time = SQLField::fieldWithName("t", "TIMESTAMP");
+    EXPECT_EQ(ExporterCommon::fieldTypeWithTimeZone(*time), "TIMESTAMP");
+    time->setPropertyAsBoolean(keys::timezone, true);
+    EXPECT_EQ(ExporterCommon::fieldTypeWithTimeZone(*time), "TIMESTAMP WITH TIMEZONE ");
+    time->setType("timestamp");
+    EXPECT_EQ(ExporterCommon::fieldTypeWithTimeZone(*time), "timestamp") << "the word must be written in capitals";
+
+    EXPECT_EQ(ExporterCommon::dropForeignKey(*now.b, *now.aId, *generic), "ALTER TABLE s.b DROP CONSTRAINT b_fk");
+    EXPECT_EQ(ExporterCommon::dropForeignKey(*SQLTable::tableWithName("t"), *now.aId), "ALTER TABLE t DROP CONSTRAINT b_fk");
+    LogCapture captured;
+    EXPECT_EQ(ExporterCommon::dropForeignKey(*now.a, *now.parent, *generic), "");
+    EXPECT_THAT(captured.lines(),
+                ElementsAre("Note: probably wanted to delete foreign key here, but didn't have reference id"));
+
+    EXPECT_EQ(SQLExportDialectCommon::dropPrimaryKeyInstruction(*now.b, *now.note, *generic), "");
+    now.note->setProperty("PK_NAME", "p k");
+    EXPECT_EQ(SQLExportDialectCommon::dropPrimaryKeyInstruction(*now.b, *now.note, *generic),
+              "ALTER TABLE s.b DROP CONSTRAINT \"p k\";");
+}
+
+}  // namespace
+}  // namespace vellicor

@@ -1,0 +1,95 @@
+// vellicor/export/generic_exporter_foreign_key.cpp — the clause of a foreign key and its ALTER TABLE statement.
+#include <array>
+
+#include "vellicor/export/generic_exporter.h"
+#include "vellicor/model/field.h"
+#include "vellicor/platform/text_format.h"
+
+namespace vellicor {
+
+namespace {
+
+// Kept: the texts begin with a blank and are words themselves, so two blanks stand between the clauses.
+constexpr std::array<std::string_view, 6> kDeleteActions{
+    "", " ON DELETE CASCADE", " ON DELETE RESTRICT", " ON DELETE SET NULL", " ON DELETE NO ACTION", " ON DELETE SET DEFAULT"};
+constexpr std::array<std::string_view, 6> kUpdateActions{
+    "", " ON UPDATE CASCADE", " ON UPDATE RESTRICT", " ON UPDATE SET NULL", " ON UPDATE NO ACTION", " ON UPDATE SET DEFAULT"};
+
+}  // namespace
+
+std::string GenericSQLExporter::getDeleteActionStringForCode(std::uint64_t code) {
+    return std::string(code < kDeleteActions.size() ? kDeleteActions[code] : "");
+}
+
+std::string GenericSQLExporter::getUpdateActionStringForCode(std::uint64_t code) {
+    return std::string(code < kUpdateActions.size() ? kUpdateActions[code] : "");
+}
+
+SourceNodePtr GenericSQLExporter::foreignKeyNode(SQLConnectable* key) {
+    auto node = QVSourceNode::node();
+    SQLTable* target = key ? key->targetTable() : nullptr;
+    if (!target) return node;
+    node->setSpaceAfter(" ");
+    if (addForeignKeyConstraintName()) node->addChild(foreignKeyConstraintNameNode(*key));
+    node->addChildWithValue("FOREIGN KEY")->setElementId("#foreignKeyLabel");
+    node->addChild(quotedNameList(key->sourceFieldNameList()));
+    node->addChildWithValue("REFERENCES", " ", " ");
+    node->addChildWithValue(getCanonicalName(*target));
+    node->addChild(quotedNameList(key->targetFieldNameList()));
+    node->addChildWithValue(getDeleteActionStringForCode(key->deleteAction()));
+    node->addChildWithValue(getUpdateActionStringForCode(key->updateAction()));
+    node->addChild(foreignKeyDeferredBlock(*key, nullptr))->setSpaceBefore(" ");
+    return node;
+}
+
+SourceNodePtr GenericSQLExporter::foreignKeyConstraintNameNode(SQLConnectable& key) {
+    auto node = QVSourceNode::node();
+    const OptionalText name = foreignKeyConstraintName(key);
+    if (!name || name->empty()) return node;
+    node->addChildWithValue("CONSTRAINT");
+    node->addChildWithValue(quoteIdentifier(*name));
+    node->setSpaceAfter(" ");
+    return node;
+}
+
+OptionalText GenericSQLExporter::foreignKeyConstraintName(SQLConnectable& key) { return key.foreignKeyName(); }
+
+SourceNodePtr GenericSQLExporter::foreignKeyDeferredBlock(SQLConnectable&, SQLConnectable*) { return QVSourceNode::node(); }
+
+SourceNodePtr GenericSQLExporter::foreignKeyAlterTableInstructionNode(SQLConnectable& key) {
+    auto node = alterTableNode(tableOf(key.connectableComponent()), {"ADD"});
+    node->addChild(foreignKeyNode(&key));
+    node->setPostfixValue(instructionSeparator());
+    node->setSpaceAfter("\n");
+    return node;
+}
+
+SourceNodePtr GenericSQLExporter::foreignKeyErrorNode(SQLConnectable& key, bool ignoreEmpty) {
+    unsigned flags = 0;
+    if (ignoreEmpty || key.isFKFieldValid(flags)) return nullptr;
+    auto node = QVSourceNode::node();
+    node->setPrefixValue("/*");
+    node->setPostfixValue("*/");
+    node->setInfixValue(",");
+    node->setInfixSpaceAfter(" ");
+    const auto add = [&](const std::string& words) { node->addChildWithValue(commentText(words), ""); };
+    add(text("Foreign Key %@ %@ not exportable", tableOf(key.connectableComponent()).getName(), key.foreignKeyName()));
+    if (flags & foreignKeyError::noColumns)
+        add("No Columns Set");
+    else if (flags & foreignKeyError::mismatchedColumns)
+        add("Mismatched Columns");
+    if (flags & foreignKeyError::noTargetTable) add("No Target Table");
+    return node;
+}
+
+SourceNodePtr GenericSQLExporter::getSQLForForeignKeyFieldNode(SQLConnectable& key, bool asExternalInstruction) {
+    if (const SQLTable* target = key.targetTable(); target && !canLinkToObject(*target)) return QVSourceNode::node();
+    if (SourceNodePtr error = foreignKeyErrorNode(key, false)) return error;
+    return asExternalInstruction ? foreignKeyAlterTableInstructionNode(key) : foreignKeyNode(&key);
+}
+
+std::string GenericSQLExporter::createForeignKey(SQLConnectable& key, ForeignKeyForm form) {
+    return key.getFkField() ? nodeText(getSQLForForeignKeyFieldNode(key, form.asExternalInstruction)) : std::string();
+}
+
+}  // namespace vellicor

@@ -1,0 +1,178 @@
+// vellicor/export/generic_exporter_quoting.cpp — how names and default values are written.
+#include <algorithm>
+#include <typeinfo>
+#include <unordered_map>
+
+#include "vellicor/export/generic_exporter.h"
+#include "vellicor/export/generic_words.h"
+#include "vellicor/model/field.h"
+#include "vellicor/model/index.h"
+#include "vellicor/model/view.h"
+#include "vellicor/platform/preference_keys.h"
+#include "vellicor/platform/preferences.h"
+#include "vellicor/platform/text_format.h"
+
+namespace vellicor {
+
+namespace {
+
+/// Word lists are constants, so each is hashed once, under its address.
+bool containsWord(std::span<const std::string_view> words, const std::string& word) {
+    thread_local std::unordered_map<const std::string_view*, std::unordered_set<std::string_view>> sets;
+    if (words.empty()) return false;
+    auto [entry, isNew] = sets.try_emplace(words.data());
+    if (isNew) entry->second.insert(words.begin(), words.end());
+    return entry->second.contains(word);
+}
+
+}  // namespace
+
+std::string GenericSQLExporter::quoteIdentifier(std::string_view name) {
+    std::string quoted(name);
+    return std::move(quoteIdentifierAsMutableString(quoted));
+}
+
+std::string& GenericSQLExporter::quoteIdentifierAsMutableString(std::string& name) {
+    if (useQuotedIdentifier() || objectNameRequiresQuoting(name))
+        quoteString(name);
+    else if (_autoQuoteIdentifiersWithWhitespace) {
+        if (containsWhitespace(name)) quoteString(name);
+    } else if (replaceSpacesInIdentifier())
+        std::erase(name, ' ');
+    return name;
+}
+
+void GenericSQLExporter::quoteString(std::string& name) {
+    const std::string start = getStartingQuoteIdentifierString();
+    const std::string end = getEndingQuoteIdentifierString();
+    const bool isQuoted = name.size() >= start.size() + end.size() && name.starts_with(start) && name.ends_with(end);
+    // Kept: in classic text quotes inside a name are not escaped.
+    if (writesRunnableScripts() && !isQuoted) {
+        name = start + replacingAll(name, end, end + end) + end;
+        return;
+    }
+    if (!name.starts_with(start)) name.insert(0, start);
+    if (!name.ends_with(end)) name += end;  // Kept: an empty name becomes one quote character where both are the same
+}
+
+bool GenericSQLExporter::objectNameRequiresQuoting(std::string_view name) { return quoteReservedWord(name); }
+
+bool GenericSQLExporter::quoteReservedWord(std::string_view name) {
+    return Preferences::shared().boolForKey(prefs::quoteReservedWords) && containsWord(reservedWords(), uppercased(trimmed(name)));
+}
+
+std::span<const std::string_view> GenericSQLExporter::reservedWords() const {
+    // Kept: a dialect without a list of its own quotes no words; it never inherits the generic ones.
+    return typeid(*this) == typeid(GenericSQLExporter) ? genericReservedWords() : std::span<const std::string_view>();
+}
+
+std::vector<std::string> GenericSQLExporter::quoteAllMembers(const std::vector<std::string>& names) {
+    std::vector<std::string> quoted;
+    quoted.reserve(names.size());
+    for (const std::string& name : names) quoted.push_back(quoteIdentifier(name));
+    return quoted;
+}
+
+std::string GenericSQLExporter::getCanonicalNameSQLField(SQLField& field) { return quoteIdentifier(field.getName()); }
+std::string GenericSQLExporter::getCanonicalNameSQLIndex(SQLIndex& index) { return quoteIdentifier(index.getName()); }
+std::string GenericSQLExporter::getCanonicalNameSQLConstraint(SQLConstraint& constraint) {
+    return quoteIdentifier(constraint.getName());
+}
+std::string GenericSQLExporter::getCanonicalNameSQLTable(SQLTable& table) { return getCanonicalNameWithLinkString(table, "."); }
+std::string GenericSQLExporter::getCanonicalNameSQLView(SQLView& view) { return getCanonicalNameWithLinkString(view, "."); }
+
+std::string GenericSQLExporter::getCanonicalNameWithLinkString(SQLTable& table, std::string_view linkString) {
+    const std::string name = quoteIdentifier(trimmed(table.getBaseName()));
+    const std::string schema = schemaNameForTable(table);
+    return schema.empty() ? name : text("%@%@%@", quoteIdentifier(trimmed(schema)), linkString, name);
+}
+
+std::string GenericSQLExporter::schemaNameForTable(SQLTable& table) { return table.getSchemaName(); }
+
+std::string GenericSQLExporter::getNameForIndexWithIndex(SQLTable& table, SQLIndex& index) {
+    return getNameForIndex(table, index.getName());
+}
+
+std::string GenericSQLExporter::getNameForIndex(SQLTable& table, std::string_view name) {
+    return getNameForIndex(table, name, std::string());
+}
+
+std::string GenericSQLExporter::getNameForIndex(SQLTable& table, std::string_view name, const OptionalText& suffix) {
+    return getNameForIndex(table, name, suffix, true);
+}
+
+std::string GenericSQLExporter::getNameForIndex(SQLTable& table, std::string_view name, const OptionalText& suffix, bool quotes) {
+    std::string indexName(name);
+    if (const OptionalText& prefix = table.indexPrefix(); _shouldPrefixIndexNames && prefix) {
+        const std::string lower = lowercased(name);
+        const std::string qualified = lowercased(text("%@_%@_", table.getSchemaName(), table.getBaseName()));
+        if (!lower.starts_with(lowercased(*prefix)) && !lower.starts_with(qualified)) indexName.insert(0, *prefix);
+    }
+    if (suffix) indexName += *suffix;
+    return quotes ? quoteIdentifierAsMutableString(indexName) : indexName;
+}
+
+std::string GenericSQLExporter::quoteDefaultValue(std::string_view value, SQLField& field) {
+    if (value == "''" || !shouldQuoteDefaultFieldValue(value, field)) return std::string(value);
+    return addDefaultQuotes(value);
+}
+
+bool GenericSQLExporter::shouldQuoteDefaultFieldValue(std::string_view value, SQLField& field) {
+    return lowercased(value) != "null" && !field.getPropertyAsBoolean(keys::noQuoteDefault);
+}
+
+std::string GenericSQLExporter::runnableTextLiteral(std::string_view content) {
+    return "'" + replacingAll(content, "'", "''") + "'";
+}
+
+std::string GenericSQLExporter::runnableLiteral(std::string_view value) {
+    const bool isQuoted = value.size() >= 2 && value.starts_with('\'') && value.ends_with('\'');
+    const std::string_view content = isQuoted ? value.substr(1, value.size() - 2) : value;
+    // Inside quotes a quote is already escaped by a backslash or by doubling.
+    return runnableTextLiteral(isQuoted ? replacingAll(replacingAll(content, "\\'", "'"), "''", "'") : std::string(content));
+}
+
+std::string GenericSQLExporter::addDefaultQuotes(std::string_view value) {
+    // Kept: in classic text a backslash escapes a quote, which few servers understand.
+    if (writesRunnableScripts() && getQuoteDefaultString() == "'") return runnableLiteral(value);
+    const char quote = getQuoteDefaultString().front();
+    std::string quoted;
+    if (!value.starts_with(quote)) quoted += quote;
+    bool escaped = false;  // the character before is a backslash that is not escaped itself
+    bool endsInQuote = false;
+    for (std::size_t i = 0; i < value.size(); ++i) {
+        const char c = value[i];
+        const bool inner = i > 0 && i + 1 < value.size();
+        if (c == quote && inner && !escaped) quoted += '\\';
+        quoted += c;
+        endsInQuote = c == quote && !escaped;
+        escaped = c == '\\' && !escaped;
+    }
+    if (!endsInQuote) quoted += quote;
+    return quoted;
+}
+
+std::string GenericSQLExporter::escapeQuoteCharacter(std::string_view text) { return escapeQuoteCharacter(text, "'\""); }
+
+std::string GenericSQLExporter::escapeQuoteCharacter(std::string_view text, std::string_view quoteCharSet) {
+    std::string escaped;
+    escaped.reserve(text.size());
+    for (const char c : text) {
+        if (c == '\\' || quoteCharSet.find(c) != std::string_view::npos) escaped += '\\';
+        escaped += c;
+    }
+    return escaped;
+}
+
+std::string GenericSQLExporter::addQuotes(std::string_view string) {
+    const std::string quote = getQuoteIdentifierString();
+    return quote + replacingAll(string, quote, text("\\%@", quote)) + quote;
+}
+
+std::string GenericSQLExporter::quoteForSQL(std::string_view text, bool force) {
+    const auto holds = [text](char c) { return text.find(c) != std::string_view::npos; };
+    // Kept: only texts that hold both kinds of quote are ever changed.
+    return holds('\'') && holds('`') && (force || holds(' ')) ? addQuotes(text) : std::string(text);
+}
+
+}  // namespace vellicor
