@@ -1,0 +1,51 @@
+// vellicor/dialects/built_in_dialects.cpp — the table of dialects. A new dialect is a row here.
+#include "vellicor/dialects/built_in_dialects.h"
+
+#include "vellicor/dialects/filemaker_exporter.h"
+#include "vellicor/dialects/mysql_exporter.h"
+#include "vellicor/dialects/openbase_exporter.h"
+#include "vellicor/dialects/oracle_exporter.h"
+#include "vellicor/dialects/postgresql_exporter.h"
+#include "vellicor/dialects/sql_server_exporter.h"
+#include "vellicor/dialects/sqlite_exporter.h"
+#include "vellicor/dialects/sybase_exporter.h"
+#include "vellicor/export/generic_exporter.h"
+
+namespace vellicor {
+
+namespace {
+
+template <class Exporter>
+std::shared_ptr<SQLExportDialect> make() {
+    return create<Exporter>();
+}
+
+constexpr std::string_view kGeneric[] = {""};
+constexpr std::string_view kOpenBase[] = {"com.openbase.jdbc.ObDriver"};
+constexpr std::string_view kSqlite[] = {"SQLite.JDBCDriver", "org.sqlite.JDBC", "vellicor.sqlite.native"};
+constexpr std::string_view kSybase[] = {"com.sybase"};
+constexpr std::string_view kPostgres[] = {"org.postgresql", "org.postgresql.Driver", "vellicor.postgres.native"};
+constexpr std::string_view kFileMaker[] = {"com.filemaker.jdbc.Driver"};
+constexpr std::string_view kSqlServer[] = {"com.microsoft.sqlserver.jdbc.SQLServerDriver"};
+constexpr std::string_view kRedshift[] = {"com.amazon.redshift.jdbc4.Driver", "com.amazon.redshift.jdbc41.Driver"};
+constexpr std::string_view kMySql[] = {"com.mysql.jdbc.Driver", "vellicor.mysql-drizzle.native"};
+constexpr std::string_view kOracle[] = {"oracle.jdbc.OracleDriver"};
+
+constexpr BuiltInDialect kDialects[] = {
+    {"generic", make<GenericSQLExporter>, kGeneric},
+    {"OpenBase", make<OpenBaseSQLExporter>, kOpenBase},
+    {"SQLite", make<SQLiteExporter>, kSqlite},
+    {"sybase", make<SybaseSQLExporter>, kSybase},
+    {"postgres", make<PostgresqlExporter>, kPostgres},
+    {"FileMaker", make<FilemakerExporter>, kFileMaker},
+    {"SQLServer", make<SQLServerExporter>, kSqlServer},
+    {"Redshift", make<RedshiftExporter>, kRedshift},
+    {"mysql", make<MySQLExporter>, kMySql},
+    {"Oracle", make<OracleSQLExporter>, kOracle},
+};
+
+}  // namespace
+
+std::span<const BuiltInDialect> builtInDialects() { return kDialects; }
+
+}  // namespace vellicor

@@ -1,0 +1,129 @@
+// vellicor/dialects/dialect_manager.cpp — the registry of dialects.
+#include "vellicor/dialects/dialect_manager.h"
+
+#include <algorithm>
+#include <variant>
+
+#include "vellicor/dialects/built_in_dialects.h"
+#include "vellicor/export/generic_exporter.h"
+#include "vellicor/model/exporter_source.h"
+#include "vellicor/platform/files.h"
+#include "vellicor/platform/property_list.h"
+#include "vellicor/plugins/plugin_manager.h"
+
+namespace vellicor {
+
+namespace {
+
+std::shared_ptr<ExportDialect> record(std::string_view name, std::span<const std::string_view> drivers,
+                                      std::shared_ptr<SQLExportDialect> exporter) {
+    auto dialect = ExportDialect::initWithName(name);
+    for (std::string_view driver : drivers) dialect->addDriverClassPath(driver);
+    dialect->setExporter(std::move(exporter));
+    return dialect;
+}
+
+/// What an export plug-in offers for a type: its exporter, or the first of a list; null when it has none.
+std::shared_ptr<SQLExportDialect> exporterFromPlugin(std::string_view type) {
+    SQLPlugin* plugin = SQLPluginManager::sharedPluginManager().exportPluginForType(type);
+    if (!plugin) return nullptr;
+    auto answer = plugin->exporter();
+    if (!answer) return nullptr;
+    if (auto* one = std::get_if<std::shared_ptr<SQLExportDialect>>(&*answer)) return *one;
+    const auto& list = std::get<SQLPlugin::Exporters>(*answer);
+    return list.empty() ? nullptr : list.front();
+}
+
+}  // namespace
+
+DialectManager::DialectManager() {
+    const BuiltInDialect& generic = builtInDialects().front();
+    addDialect(record(generic.name, generic.drivers, generic.exporter()));
+}
+
+DialectManager& DialectManager::getDialectManager() {
+    static DialectManager& manager = *[] {
+        auto* made = new DialectManager;  // lives as long as the process
+        for (const BuiltInDialect& dialect : builtInDialects().subspan(1))
+            made->addDialect(record(dialect.name, dialect.drivers, dialect.exporter()));
+        return made;
+    }();
+    return manager;
+}
+
+void DialectManager::registerDialectExporterWithName(std::string_view name, std::string_view driver, ExporterClass exporterClass) {
+    getDialectManager().addDialect(record(name, {&driver, 1}, exporterClass()));
+}
+
+void DialectManager::addDriver(std::string_view driver, std::string_view forExporterName) {
+    const Records& records = getDialectManager()._exporterList;
+    auto found = std::ranges::find_if(records, [&](const auto& dialect) { return dialect->getName() == forExporterName; });
+    if (found != records.end()) (*found)->addDriverClassPath(driver);
+}
+
+const ExportDialect* DialectManager::recordNamed(std::string_view name) const {
+    const std::string wanted = lowercased(name);
+    auto found = std::ranges::find_if(_exporterList, [&](const auto& dialect) { return lowercased(dialect->getName()) == wanted; });
+    return found == _exporterList.end() ? nullptr : found->get();
+}
+
+const ExportDialect* DialectManager::recordForDriver(std::string_view driver) const {
+    auto found = std::ranges::find_if(_exporterList, [&](const auto& dialect) { return dialect->exporterSupportsDriver(driver); });
+    return found == _exporterList.end() ? nullptr : found->get();
+}
+
+std::shared_ptr<SQLExportDialect> DialectManager::getExporterWithName(std::string_view name) const {
+    return getExporterWithName(name, false);
+}
+
+std::shared_ptr<SQLExportDialect> DialectManager::getExporterWithName(std::string_view name, bool includePlugins) const {
+    if (const ExportDialect* dialect = recordNamed(name)) return dialect->getExporter();
+    if (includePlugins)
+        if (auto exporter = exporterFromPlugin(name)) return exporter;
+    return getExporter();
+}
+
+std::shared_ptr<SQLExportDialect> DialectManager::getExporterFromUrl(std::string_view driver) const {
+    const ExportDialect* dialect = recordForDriver(driver);
+    return dialect ? dialect->getExporter() : getExporter();
+}
+
+std::string DialectManager::getIdentifierFromURL(std::string_view driver) const {
+    const ExportDialect* dialect = recordForDriver(driver);
+    return dialect ? dialect->getName() : "generic";
+}
+
+std::string DialectManager::extensionForDialect(std::string_view name) const { return name == "Rails" ? "rb" : "sql"; }
+
+void DialectManager::loadDriverListFromPath(const std::filesystem::path& file) {
+    std::string error;
+    const auto bytes = readFile(file, error);
+    const auto list = bytes ? valueFromPropertyList(*bytes, error) : std::nullopt;
+    if (!list || !list->asList()) return;
+    for (const Value& entry : *list->asList()) {
+        const Value* name = entry.find("name");
+        const Value* exporterClass = entry.find("exporter");
+        const Value* drivers = entry.find("jdbcDriver");
+        if (!name || !name->asText() || !exporterClass || !drivers || !drivers->asList()) continue;
+        if (getExporter() != getExporterWithName(*name->asText())) continue;  // Kept: always so
+        auto dialect = ExportDialect::initWithName(*name->asText());
+        for (const Value& driver : *drivers->asList())
+            if (driver.asText()) dialect->addDriverClassPath(*driver.asText());
+        dialect->setExporter(getExporter());
+        addDialect(std::move(dialect));
+    }
+}
+
+// What the model asks for (see `model/exporter_source.h`).
+
+std::shared_ptr<SQLExportDialect> exporterNamed(std::string_view dialect) {
+    return DialectManager::getDialectManager().getExporterWithName(dialect);
+}
+
+std::shared_ptr<SQLExportDialect> exporterNamedWithPlugins(std::string_view dialect) {
+    return DialectManager::getDialectManager().getExporterWithName(dialect, true);
+}
+
+std::shared_ptr<SQLExportDialect> defaultExporter() { return DialectManager::getDialectManager().getExporter(); }
+
+}  // namespace vellicor

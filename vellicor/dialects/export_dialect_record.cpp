@@ -1,0 +1,46 @@
+// vellicor/dialects/export_dialect_record.cpp — one registered dialect.
+#include "vellicor/dialects/export_dialect_record.h"
+
+#include <algorithm>
+
+#include "vellicor/export/generic_exporter.h"
+#include "vellicor/platform/log.h"
+#include "vellicor/platform/text_format.h"
+
+namespace vellicor {
+
+std::shared_ptr<ExportDialect> ExportDialect::initWithName(std::string_view name) {
+    auto dialect = std::make_shared<ExportDialect>();
+    dialect->_name = name;
+    return dialect;
+}
+
+std::shared_ptr<ExportDialect> ExportDialect::initWithName(std::string_view name, std::string_view driver,
+                                                           std::shared_ptr<SQLExportDialect> exporter) {
+    auto dialect = initWithName(name);
+    dialect->_driverClassPathList.emplace_back(driver);
+    if (!exporter) {
+        log(text("SQLExporter requested (%@) not available", OptionalText()));  // Kept: never names the dialect
+        exporter = GenericSQLExporter::exporter();
+    }
+    dialect->_exporter = std::move(exporter);
+    return dialect;
+}
+
+void ExportDialect::addDriverClassPath(std::string_view driver) { _driverClassPathList.push_back(lowercased(driver)); }
+
+OptionalText ExportDialect::driver() const {
+    return _driverClassPathList.empty() ? std::nullopt : OptionalText(_driverClassPathList.front());
+}
+
+bool ExportDialect::exporterSupportsDriver(std::string_view driver) const {
+    return std::ranges::find(_driverClassPathList, lowercased(driver)) != _driverClassPathList.end();
+}
+
+std::shared_ptr<SQLExportDialect> ExportDialect::getExporter() const { return _exporter ? _exporter->newInstance() : nullptr; }
+
+std::string ExportDialect::description() const {
+    return text("%@ %@", "ExportDialect", text("{name = %@; exporter = %@}", _name, _exporter ? _exporter->getName() : ""));
+}
+
+}  // namespace vellicor

@@ -1,0 +1,48 @@
+// vellicor/dialects/export_dialect_record.h — one registered dialect.
+#pragma once
+
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "vellicor/export/export_dialect.h"
+
+namespace vellicor {
+
+/// A dialect's name, its exporter's prototype and the database drivers that belong to it.
+class ExportDialect {
+public:
+    static std::shared_ptr<ExportDialect> dialectWithName(std::string_view name) { return initWithName(name); }
+    static std::shared_ptr<ExportDialect> initWithName(std::string_view name);
+    /// The driver is kept as it is written. Without an exporter it logs, and a generic one stands in.
+    static std::shared_ptr<ExportDialect> dialectWithName(std::string_view name, std::string_view driver,
+                                                          std::shared_ptr<SQLExportDialect> exporter) {
+        return initWithName(name, driver, std::move(exporter));
+    }
+    static std::shared_ptr<ExportDialect> initWithName(std::string_view name, std::string_view driver,
+                                                       std::shared_ptr<SQLExportDialect> exporter);
+
+    /// Kept in lower case.
+    void addDriverClassPath(std::string_view driver);
+    [[nodiscard]] const std::vector<std::string>& driverClassPathList() const { return _driverClassPathList; }
+    [[nodiscard]] const std::string& name() const { return _name; }
+    [[nodiscard]] const std::string& getName() const { return _name; }
+    /// The first driver; null when there is none.
+    [[nodiscard]] OptionalText driver() const;
+    [[nodiscard]] OptionalText getUrl() const { return driver(); }
+    [[nodiscard]] bool exporterSupportsDriver(std::string_view driver) const;
+    /// The prototype.
+    [[nodiscard]] const std::shared_ptr<SQLExportDialect>& exporter() const { return _exporter; }
+    void setExporter(std::shared_ptr<SQLExportDialect> exporter) { _exporter = std::move(exporter); }
+    /// A fresh exporter of the prototype's class at every call.
+    [[nodiscard]] std::shared_ptr<SQLExportDialect> getExporter() const;
+    [[nodiscard]] std::string description() const;
+
+private:
+    std::string _name;
+    std::shared_ptr<SQLExportDialect> _exporter;  // null until set
+    std::vector<std::string> _driverClassPathList;
+};
+
+}  // namespace vellicor

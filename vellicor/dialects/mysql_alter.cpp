@@ -1,0 +1,177 @@
+// vellicor/dialects/mysql_alter.cpp — MySQL: alter scripts.
+#include "vellicor/dialects/mysql_exporter.h"
+#include "vellicor/model/field.h"
+#include "vellicor/model/foreign_key.h"
+#include "vellicor/model/index.h"
+#include "vellicor/platform/log.h"
+#include "vellicor/platform/preference_keys.h"
+#include "vellicor/platform/preferences.h"
+#include "vellicor/platform/text_format.h"
+
+namespace vellicor {
+
+Statements MySQLExporter::alterSQLTableAsVector(SQLTable& table, SQLTable& databaseTable, SQLObject*) {
+    return {alterTableEngine(table, databaseTable), alterTableComment(table, databaseTable), alterAutoIncrement(table, databaseTable)};
+}
+
+std::string MySQLExporter::alterTableEngine(SQLTable& table, SQLTable& existingTable) {
+    const std::string& engine = table.getTableType();
+    if (engine.empty() || equalIgnoringCase(engine, existingTable.getTableType())) return {};
+    return text("ALTER TABLE %@ ENGINE = %@", getCanonicalName(existingTable), engine);
+}
+
+std::string MySQLExporter::alterTableComment(SQLTable& table, SQLTable& existingTable) {
+    const std::string comment = formatComment(table.getComment(), "SQLTable");
+    if (comment == formatComment(existingTable.getComment(), "SQLTable")) return {};
+    // Kept: the comment is escaped twice, as in the create script.
+    return text("ALTER TABLE %@ COMMENT = '%@'", getCanonicalName(existingTable),
+                writesRunnableScripts() ? comment : formatComment(comment, "SQLTable"));
+}
+
+std::string MySQLExporter::alterAutoIncrement(SQLTable& table, SQLTable& curTable) {
+    SQLField* last = nullptr;
+    for (const auto& component : table.objectList())
+        if (auto* field = as<SQLField>(component.get()); field && field->getAutoIncrement()) last = field;
+    SQLField* current = last ? curTable.getFieldByName(last->getName()) : nullptr;
+    if (!current || current->getPrimaryKey() || curTable.fieldIsIndexed(*current)) return {};
+    return text("ALTER TABLE %@ CHANGE %@ %@", getCanonicalName(tableOf(*last)), quoteIdentifier(last->getName()),
+                exportSQLField(*last, last));
+}
+
+SourceNodePtr MySQLExporter::alterPrimaryKeyForTable(SQLTable& table, SQLTable& databaseTable) {
+    if (table.primaryKeyList() == databaseTable.primaryKeyList()) return QVSourceNode::node();
+    auto node = alterTableNode(table, {});
+    auto changes = node->addChildNode();
+    changes->setInfixValue(", ");
+    if (databaseTable.hasPrimaryKey()) changes->addChildWithValue("DROP PRIMARY KEY", "");
+    if (table.hasPrimaryKey()) {
+        auto add = changes->addChildNode();
+        add->addChildWithValue("ADD");
+        add->addChild(primaryKeyBlock(table));
+    }
+    node->setPostfixValue(";");
+    return node;
+}
+
+Statements MySQLExporter::alterSQLFieldAsVector(SQLField& field, SQLField& databaseField, SQLObject*) {
+    return {alterColumnSpecification(field, databaseField), alterUniqueConstraint(field, databaseField)};
+}
+
+bool MySQLExporter::definitionDiffers(SQLField& field, SQLField& databaseField) {
+    const std::string databaseDefinition = exportSQLField(databaseField, &field);
+    const std::string definition = exportSQLField(field, &databaseField);
+    if (definition == databaseDefinition) return false;
+
+    /// The new column as it would read with another type or size, in the same table.
+    const auto definitionOfVariant = [&](auto change) {
+        auto variant = copyOf(field);
+        variant->setParent(field.parent());
+        change(*variant);
+        std::string sql = exportSQLField(*variant, &databaseField);
+        variant->setParent(nullptr);
+        return sql;
+    };
+    bool differs = true;
+    if (Preferences::shared().boolForKey(prefs::preventTypeSizeUpdateWhenNil) && field.getDataTypeSize().empty())
+        differs = definitionOfVariant([&](SQLField& variant) { variant.setTypeSize(databaseField.getDataTypeSize()); }) != databaseDefinition;
+    if (equalIgnoringCase(field.getDataType(), "BOOL") && equalIgnoringCase(databaseField.getDataType(), "TINYINT") &&
+        definitionOfVariant([&](SQLField& variant) { variant.setType(databaseField.getFullTypeString()); }) == databaseDefinition) {
+        log("type types are synonymous (not modified)");
+        differs = false;
+    }
+    log(text("%@ <-|-> %@", definition, databaseDefinition));
+    return differs;
+}
+
+std::string MySQLExporter::alterColumnSpecification(SQLField& field, SQLField& databaseField) {
+    const bool synonyms = equalIgnoringCase(field.getDataType(), "BOOL") && equalIgnoringCase(databaseField.getDataType(), "TINYINT");
+    const bool typeDiffers = field.getDataType() != databaseField.getDataType() && !synonyms;
+    const bool sizeDiffers = field.getDataTypeSize() != databaseField.getDataTypeSize() && !field.getDataTypeSize().empty();
+    const bool changed = definitionDiffers(field, databaseField) || typeDiffers || sizeDiffers;
+    return changed || shouldAlterColumnComment(field, databaseField) ? alterColumnInstruction(field, databaseField) : std::string();
+}
+
+std::string MySQLExporter::alterColumnInstruction(SQLField& field, SQLField& databaseField) {
+    return text("ALTER TABLE %@ CHANGE %@ %@", getCanonicalName(tableOf(field)), quoteIdentifier(databaseField.getName()),
+                exportSQLField(field, &databaseField));
+}
+
+bool MySQLExporter::shouldAlterColumnComment(SQLField& field, SQLField& databaseField) const {
+    return field.getComment() != databaseField.getComment();
+}
+
+std::string MySQLExporter::alterUniqueConstraint(SQLField& field, SQLField& dbField) {
+    if (field.isUnique() || !dbField.isUnique()) return {};
+    SQLTable& table = tableOf(dbField);
+    if (!dbField.connectedObjects().empty() && !table.fieldIsIndexedNotUnique(dbField)) return {};
+    std::string indexName = dbField.getProperty(keys::uniqueIndexName);
+    if (indexName.empty()) indexName = dbField.getName();
+    const bool isLive = currentExporter() != nullptr;
+    if (indexName.empty()) {
+        if (isLive) log("NOTE: dropIndexInstruction = nil");
+        return text("/* want to drop unique index on %@, but don't know constrant name*/", commentText(table.getName()));
+    }
+    // Kept: neither name is quoted.
+    const std::string tableName = writesRunnableScripts() ? getCanonicalName(table) : table.getName();
+    const std::string instruction =
+        text("ALTER TABLE %@ DROP INDEX %@", tableName, writesRunnableScripts() ? quoteIdentifier(indexName) : indexName);
+    if (isLive) log(text("C1 - DropIndexInstruction = %@", instruction));
+    return instruction;
+}
+
+Statements MySQLExporter::postLoadAlterSQLFieldAsVector(SQLField& field, SQLField& databaseField, SQLObject* extra) {
+    Statements statements;
+    const int difference = foreignKeyMatches(field, databaseField);
+    SQLExportDialect* live = currentExporter().get();
+    if ((difference == 2 || difference == 3) && live && live->className() == "JDBCExportMySQL") {
+        SQLTable& table = tableOf(field);
+        const std::string name = text("%@_%@", table.getBaseName(), getForeignKeyFieldIndexName(field));
+        const auto* existing = as<SQLIndex>(table.getFieldByTypeAndName(isKindOf<SQLIndex>, name));
+        const bool isIndexed = field.hasProperty(keys::unique) || field.hasProperty(keys::indexed) ||
+                               (existing && existing->indexContainsField(field));
+        if (!field.getPrimaryKey() && !isIndexed && !live->indexExistsNamed(table, name)) {
+            log("Adding fk Index ");
+            statements.push_back(setIndex(field, nullptr));
+        }
+    }
+    for (std::string& statement : GenericSQLExporter::postLoadAlterSQLFieldAsVector(field, databaseField, extra))
+        statements.push_back(std::move(statement));
+    return statements;
+}
+
+bool MySQLExporter::canDropIndex(SQLIndex& index) {
+    if (currentExporter() && currentExporter()->indexExists(index)) return true;
+    const SQLField* field = tableOf(index).getFieldByName(index.getName());
+    return field && field->isUnique();
+}
+
+std::string MySQLExporter::dropSQLIndex(SQLIndex& index) {
+    if (canDropIndex(index)) return dropSQLIndexWithoutCheck(index);
+    log(text("attempting to drop index that does not exist %@", index.getName()));
+    return {};
+}
+
+std::string MySQLExporter::dropSQLIndexWithoutCheck(SQLIndex& index) {
+    return text("ALTER TABLE %@ DROP INDEX %@", getCanonicalName(tableOf(index)), getCanonicalName(index));
+}
+
+std::string MySQLExporter::dropSQLForeignKey(SQLForeignKey& key) {
+    if (wasDropped(key)) return {};
+    markDropped(key);
+    auto node = alterTableNode(tableOf(key), {"DROP", "FOREIGN KEY"});
+    node->addChildWithValue(quoteIdentifier(key.getName()));
+    return node->string();
+}
+
+std::string MySQLExporter::dropForeignKey(SQLConnectable& key) {
+    if (wasDropped(key)) return {};
+    SQLTable& table = tableOf(key.connectableComponent());
+    const std::string id = key.getReferenceId();
+    if (id.empty())
+        return text("/* Need to DROP Foreign Key constraint from field %@(%@), but constraint name unknown */",
+                    commentText(table.getName()), commentText(key.connectableComponent().getName()));
+    markDropped(key);
+    return text("ALTER TABLE %@ DROP FOREIGN KEY %@", getCanonicalName(table), writesRunnableScripts() ? quoteIdentifier(id) : id);
+}
+
+}  // namespace vellicor

@@ -1,0 +1,70 @@
+// vellicor/dialects/sybase_style_exporter.cpp — what SQL Server and Sybase have in common.
+#include "vellicor/dialects/sybase_style_exporter.h"
+
+#include <algorithm>
+#include <array>
+
+#include "vellicor/export/exporter_common.h"
+#include "vellicor/model/field.h"
+#include "vellicor/platform/regular_expression.h"
+#include "vellicor/platform/text_format.h"
+
+namespace vellicor {
+
+namespace {
+
+bool isFirstAutoIncrement(const SQLTable& table, const SQLField& field) {
+    const auto components = table.lockedFields();
+    for (const auto& component : *components)
+        if (const auto* column = as<SQLField>(component.get()); column && column->getAutoIncrement()) return column == &field;
+    return false;
+}
+
+}  // namespace
+
+std::string SybaseStyleExporter::quoteForSQL(std::string_view text, bool force) {
+    const bool isBracketed = text.starts_with('[') && text.ends_with(']');
+    if (isBracketed || (!force && text.find(' ') == std::string_view::npos)) return std::string(text);
+    return quoteIdentifier(text);
+}
+
+std::vector<std::string> SybaseStyleExporter::quoteMembersForSQL(const std::vector<std::string>& names) {
+    std::vector<std::string> quoted;
+    quoted.reserve(names.size());
+    for (const std::string& name : names) quoted.push_back(quoteForSQL(name));
+    return quoted;
+}
+
+OptionalText SybaseStyleExporter::primaryKeyConstraintName(SQLTable& table) {
+    return quoteIdentifier(table.primaryKeyConstraintName());
+}
+
+bool SybaseStyleExporter::shouldQuoteDefaultFieldValue(std::string_view value, SQLField& field) {
+    static constexpr std::array<std::string_view, 5> kWords{"CURRENT_TIMESTAMP", "CURRENT_USER", "SESSION_USER", "SYSTEM_USER", "USER"};
+    static const RegularExpression number(R"([-+]?[0-9]+(\.[0-9]*)?)");
+    if (!GenericSQLExporter::shouldQuoteDefaultFieldValue(value, field)) return false;
+    const bool isWord = std::ranges::find(kWords, uppercased(value)) != kWords.end();
+    const bool isCall = value.ends_with(')') && !value.starts_with('\'');
+    return !isWord && !isCall && !number.firstMatchCovers(value);
+}
+
+std::string SybaseStyleExporter::addIndex(SQLIndex& index, SQLTable& table) { return ExporterCommon::addIndex(index, table, *this); }
+
+std::string SybaseStyleExporter::nullOrNotString(SQLField& field) { return field.getNotNull() ? " NOT NULL" : ""; }
+
+std::string SybaseStyleExporter::exportSQLField(SQLField& field) {
+    // A reserved word needs quotes as a name, though it holds no blank.
+    const std::string name = field.getName();
+    const bool quotes = objectNameRequiresQuoting(name) || (writesRunnableScripts() && useQuotedIdentifier());
+    std::string sql = text("%@ %@", quoteForSQL(name, quotes), fieldType(field));
+    sql += nullOrNotString(field);
+    if (const std::string value = field.getDefaultValue(); !value.empty()) {
+        // Kept: in classic text a default is quoted like a name.
+        sql += text(" DEFAULT %@", writesRunnableScripts() ? quoteDefaultValue(value, field) : quoteForSQL(value));
+    }
+    sql += nodeText(inlineCheckConstraint(field));
+    if (field.getAutoIncrement() && isFirstAutoIncrement(tableOf(field), field)) sql += " IDENTITY";
+    return sql;
+}
+
+}  // namespace vellicor
