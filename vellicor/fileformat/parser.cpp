@@ -1,0 +1,161 @@
+// vellicor/fileformat/parser.cpp — the forms of reading a document, and the events of one parse.
+#include "vellicor/fileformat/parser.h"
+
+#include <exception>
+#include <utility>
+
+#include "vellicor/fileformat/model_classes.h"
+#include "vellicor/fileformat/recovery.h"
+#include "vellicor/model/container.h"
+#include "vellicor/model/table_component.h"
+#include "vellicor/platform/log.h"
+#include "vellicor/platform/preference_keys.h"
+#include "vellicor/platform/preferences.h"
+#include "vellicor/platform/text_format.h"
+
+namespace vellicor {
+
+namespace {
+
+/// Sets a flag for the length of a scope.
+class FlagScope {
+public:
+    explicit FlagScope(bool& flag) : _flag(flag) { _flag = true; }
+    ~FlagScope() { _flag = false; }
+    FlagScope(const FlagScope&) = delete;
+    FlagScope& operator=(const FlagScope&) = delete;
+
+private:
+    bool& _flag;
+};
+
+}  // namespace
+
+std::shared_ptr<SQLContainer> Parser::parseXMLFromString(std::string_view text) {
+    auto container = SQLContainer::newContainer();
+    parseXMLFromString(text, *container);
+    return container;
+}
+
+void Parser::parseXMLFromString(std::string_view text, SQLContainer& container) {
+    if (isValidUTF8(text))
+        parseWithRecovery(text, container, true);
+    else
+        parseWithRecovery(repairedUTF8(text), container, true);
+}
+
+std::shared_ptr<SQLContainer> Parser::parseXMLFromPath(const std::filesystem::path& path) {
+    auto container = SQLContainer::newContainer();
+    parseXMLFile(path, *container);
+    return container;
+}
+
+void Parser::parseXMLFile(const std::filesystem::path& path, SQLContainer& container) {
+    begin(&container);
+    vellicor::parseXMLFile(path, *this);
+}
+
+void Parser::parseXMLFromData(std::string_view bytes, SQLContainer& container) { parseData(bytes, container, false); }
+
+void Parser::parseXMLWithRecoveryFromData(std::string_view bytes, SQLContainer& container) {
+    parseWithRecovery(bytes, container, false);
+}
+
+void Parser::parseData(std::string_view bytes, SQLContainer& container, bool bytesAreUTF8) {
+    begin(&container);
+    try {
+        parseXML(bytes, *this, bytesAreUTF8);
+    } catch (const XMLError& error) {
+        constexpr const char* recoverySuggestion = nullptr;  // the parser makes none
+        std::throw_with_nested(SQLException(
+            exceptions::fileParse, text("Error %ld, Description: %@, Line: %ld, Column: %ld\n %@", error.code(),
+                                        error.description(), error.line(), error.column(), recoverySuggestion)));
+    }
+    container.containerChanged();
+}
+
+void Parser::parseWithRecovery(std::string_view bytes, SQLContainer& container, bool bytesAreUTF8) {
+    try {
+        parseData(bytes, container, bytesAreUTF8);
+        return;
+    } catch (const SQLException& failure) {
+        log(text("Error occurred during parsing :%@.\n Attempting Recovery\n", failure.reason()));
+    }
+    container.removeAll();
+    resetParser();
+    const std::string repaired = attemptDjangoFix(attemptBrokenReference(dataByRemovingInvalidCharacters(bytes)));
+    const FlagScope recovering(_recovering);
+    parseData(repaired, container, true);
+    container.setPropertyAsBoolean(keys::documentRecoveryOccurred, true);
+}
+
+std::shared_ptr<SQLObject> Parser::parseDetachedObject(std::string_view text) {
+    begin(nullptr);
+    parseXML(text, *this, true);
+    const Element root = _stack.peek();
+    return root ? as<SQLObject>(root->object()) : nullptr;
+}
+
+bool Parser::useSafePropertySetter() const {
+    return _forceSafePropertySetter || Preferences::shared().boolForKey(prefs::useNewXMLFileLoader);
+}
+
+// --- events
+
+void Parser::begin(SQLContainer* container) {
+    resetParser();
+    _container = container;
+    _usesSafeSetter = useSafePropertySetter();
+}
+
+void Parser::startElement(std::string_view name, const XMLAttributes& attributes) {
+    Element element = makeElement(name, attributes);
+    if (name == "SQLContainer")
+        element->setObject(shared(_container));
+    else if (std::shared_ptr<Loadable> object = objectForElement(name))
+        element->setObject(std::move(object));
+    _stack.push(std::move(element));
+}
+
+void Parser::characters(std::string_view text) {
+    if (const Element top = _stack.peek()) top->appendValue(text);
+}
+
+void Parser::endElement(std::string_view name) {
+    Element element = _stack.pop();
+    const bool isDetachedRoot = !_container && _stack.isEmpty();
+    if (SQLObject* object = element->modelObject()) {
+        if (isDetachedRoot) {
+            // It belongs to nobody.
+        } else if (auto component = as<SQLTableComponent>(element->object())) {
+            addTableComponentToStack(component);
+        } else {
+            addSQLObjectToStack(shared(object));
+        }
+    } else if (const Element holder = _stack.peek()) {
+        if (_usesSafeSetter)
+            setSafePropertyFromElement(name, *element, *holder);
+        else
+            setPropertyFromElement(name, *element, *holder);
+    }
+    if (_stack.isEmpty())
+        _stack.push(std::move(element));
+    else
+        retire(std::move(element));
+}
+
+Parser::Element Parser::makeElement(std::string_view name, const XMLAttributes& attributes) {
+    if (_retired.empty()) return std::make_shared<QVParserElement>(name, attributes);
+    Element element = std::move(_retired.back());
+    _retired.pop_back();
+    element->restart(name, attributes);
+    return element;
+}
+
+void Parser::retire(Element element) {
+    constexpr std::size_t kept = 16;
+    element->setObject(nullptr);
+    if (_retired.size() < kept && element.use_count() == 1) _retired.push_back(std::move(element));
+}
+
+}  // namespace vellicor
