@@ -1,0 +1,343 @@
+// tests/plugins/plugin_test.cpp — finding, ranking and loading plug-ins, and the questions put to all of them.
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <stdexcept>
+
+#include "tests/support/log_capture.h"
+#include "tests/support/scoped_environment.h"
+#include "tests/support/temp_folder.h"
+#include "vellicor/export/export_dialect.h"
+#include "vellicor/plugins/class_registry.h"
+#include "vellicor/plugins/plugin_manager.h"
+
+namespace vellicor {
+namespace {
+
+namespace fs = std::filesystem;
+using ::testing::Contains;
+using ::testing::ElementsAre;
+using ::testing::HasSubstr;
+using ::testing::IsEmpty;
+using ::testing::SizeIs;
+using ::testing::StartsWith;
+using testing::LogCapture;
+using testing::ScopedEnvironment;
+using testing::TempFolder;
+
+constexpr std::string_view kScript = "<key>VellicorPlugin</key><dict><key>variant</key><string>javascript</string></dict>";
+
+std::string entry(std::string_view key, std::string_view xml) { return "<key>" + std::string(key) + "</key>" + std::string(xml); }
+std::string entryText(std::string_view key, std::string_view value) {
+    return entry(key, "<string>" + std::string(value) + "</string>");
+}
+std::string identified(std::string_view identifier, std::string_view version = "1") {
+    return entryText("CFBundleIdentifier", identifier) + entryText("CFBundleVersion", version);
+}
+std::string propertyList(std::string_view entries) {
+    return "<plist version=\"1.0\"><dict>" + std::string(entries) + "</dict></plist>";
+}
+
+/// A script plug-in that takes part and remembers where it came from.
+struct ScriptPlugin : SQLPlugin {
+    std::string bundle;
+    bool initPlugin(QVVersionedPluginLoader&) override { return true; }
+    void setBundle(std::string_view path) override { bundle = path; }
+};
+
+/// Makes a class of plug-ins known by name while it lives.
+template <class Plugin>
+class RegisteredClass {
+public:
+    explicit RegisteredClass(std::string name) : _name(std::move(name)) {
+        ClassRegistry::registerPluginClass(_name, [] { return std::make_shared<Plugin>(); });
+    }
+    ~RegisteredClass() { ClassRegistry::registerPluginClass(_name, nullptr); }
+
+private:
+    std::string _name;
+};
+
+class PluginLoading : public ::testing::Test {
+protected:
+    PluginLoading() {
+        loader.init();
+        loader.setPluginDirectoryList({files.path() / "a", files.path() / "b", files.path() / "missing"});
+    }
+
+    TempFolder files;
+    LogCapture log;
+    QVVersionedPluginLoader loader;
+};
+
+TEST_F(PluginLoading, OfSeveralVersionsOnlyTheHighestIsLoaded) {
+    const RegisteredClass<ScriptPlugin> scripts(classNames::scriptPlugin);
+    const struct {
+        std::string_view a, b;  // the versions in the two folders
+        std::string_view best;
+        std::string_view reported;
+    } kCases[] = {
+        {"<string>1.2</string>", "<string>1.10</string>", "a", "1.2"},  // text compares as text
+        {"<string>1.10</string>", "<string>1.2</string>", "b", "1.2"},
+        {"<integer>2</integer>", "<integer>10</integer>", "b", "10"},
+        {"<integer>3</integer>", "<real>2.5</real>", "a", "3"},
+        {"<integer>10</integer>", "<string>9</string>", "b", "9"},
+        {"<string>1</string>", "<string>1</string>", "a", "1"},  // the first found of equal ones
+    };
+    for (const auto& row : kCases) {
+        loader.init();
+        loader.setPluginDirectoryList({files.path() / "a", files.path() / "b"});
+        const std::string identifier = entryText("CFBundleIdentifier", "org.example.p") + std::string(kScript);
+        files.write("a/p.bundle/Info.plist", propertyList(identifier + entry("CFBundleVersion", row.a)));
+        files.write("b/deeper/q.bundle/Contents/Info.plist", propertyList(identifier + entry("CFBundleVersion", row.b)));
+        loader.loadPlugins();
+        ASSERT_THAT(loader.pluginList(), SizeIs(1)) << row.a << row.b;
+        const fs::path expected = files.path() / (row.best == "a" ? "a/p.bundle" : "b/deeper/q.bundle");
+        EXPECT_EQ(static_cast<ScriptPlugin&>(*loader.pluginList().front()).bundle, expected.string()) << row.a << row.b;
+        EXPECT_EQ(log.lines().back(), "Loaded Plugins: org.example.p " + std::string(row.reported) + " JS");
+    }
+}
+
+TEST_F(PluginLoading, BundlesWithoutIdentifierOrVersionCostOneLineEach) {
+    const RegisteredClass<ScriptPlugin> scripts(classNames::scriptPlugin);
+    files.write("a/0.bundle/Info.plist", propertyList(entryText("CFBundleVersion", "1")));
+    files.write("a/1.bundle/Info.plist", propertyList(identified("")));
+    files.write("a/2.bundle/Info.plist", propertyList(entryText("CFBundleIdentifier", "x")));
+    files.write("a/3.bundle/Info.plist", propertyList(entryText("CFBundleIdentifier", "x") + entry("CFBundleVersion", "<dict/>")));
+    files.write("a/4.bundle/Info.plist", "<plist version=\"1.0\"><dict><key>CFBundle");
+    files.write("a/5.bundle/Info.plist", "<plist version=\"1.0\"><array/></plist>");
+    files.write("a/6.bundle/readme", "");
+    files.write("a/7.bundle", "a file");
+    files.write("a/8.bundle/Info.plist", propertyList(identified("good") + std::string(kScript)));
+    loader.loadPlugins();
+    std::vector<std::string> expected;
+    for (int i = 0; i < 8; ++i)
+        expected.push_back("found invalid information in info.plist (Bundle <" + files.path().string() + "/a/" +
+                           std::to_string(i) + ".bundle>)");
+    expected.push_back("Loaded Plugins: good 1 JS");
+    EXPECT_EQ(log.lines(), expected);
+}
+
+TEST_F(PluginLoading, TheSearchStaysInItsFolderAndOutOfBundles) {
+    files.write("a/outer.bundle/Info.plist", propertyList(identified("outer")));
+    files.write("a/outer.bundle/inner.bundle/Info.plist", propertyList(identified("inner")));
+    files.write("a/outer.bundle.old/x/nested.bundle/Info.plist", propertyList(identified("nested")));
+    files.write("elsewhere/linked.bundle/Info.plist", propertyList(identified("linked")));
+    fs::create_directory_symlink(files.path() / "elsewhere", files.path() / "a/folder");
+    fs::create_directory_symlink(files.path() / "elsewhere/linked.bundle", files.path() / "a/link.bundle");
+    fs::create_directory_symlink(files.path() / "a", files.path() / "a/circle");
+    files.write("a/locked/z.bundle/Info.plist", propertyList(identified("z")));
+    fs::permissions(files.path() / "a/locked", fs::perms::none);
+    files.write("home/h.bundle/Info.plist", propertyList(identified("home")));
+    const ScopedEnvironment home("HOME", (files.path() / "home").string());
+
+    loader.findPluginsAtPath(files.path() / "a");
+    loader.findPluginsAtPath(files.path() / "missing");
+    loader.findPluginsAtPath("~");
+    fs::permissions(files.path() / "a/locked", fs::perms::owner_all);
+
+    std::vector<std::string> found;
+    for (const auto& [identifier, bundles] : loader.pluginMap())
+        if (identifier != "z") found.push_back(identifier);  // a privileged user may look into locked folders
+    EXPECT_THAT(found, ElementsAre("home", "nested", "outer"));
+    EXPECT_THAT(log.lines(), ElementsAre("ignored plugin outside of its folder (" + files.path().string() + "/a/link.bundle)"));
+}
+
+TEST_F(PluginLoading, SearchesTheProgramsFolderThenEachLibraryFolderOnce) {
+    const ScopedEnvironment user("XDG_DATA_HOME", "/u");
+    const ScopedEnvironment system("XDG_DATA_DIRS", "/s1/:relative:/s2:/u:/s1");
+    loader.init();
+    std::vector<std::string> paths;
+    for (const auto& folder : loader.pluginDirectoryList()) paths.push_back(folder.string());
+    const std::string tail = "/Application Support/Vellicor/Plugins/";
+    EXPECT_THAT(paths, ElementsAre((fs::read_symlink("/proc/self/exe").parent_path() / "Contents/Plugins/").string(), "/u" + tail,
+                                   "/s1" + tail, "/s2" + tail));
+
+    const ScopedEnvironment home("HOME", "/h"), unset("XDG_DATA_HOME", std::nullopt), none("XDG_DATA_DIRS", std::nullopt);
+    loader.init();
+    ASSERT_THAT(loader.pluginDirectoryList(), SizeIs(4));
+    EXPECT_EQ(loader.pluginDirectoryList()[1], "/h/.local/share" + tail);
+    EXPECT_EQ(loader.pluginDirectoryList()[3], "/usr/share" + tail);
+}
+
+TEST_F(PluginLoading, WithoutAnyPluginNothingIsSaid) {
+    loader.loadPlugins();
+    EXPECT_THAT(log.lines(), IsEmpty());
+    loader.reportLoadedPlugins();
+    EXPECT_THAT(log.lines(), ElementsAre("Loaded Plugins: "));
+}
+
+TEST_F(PluginLoading, AScriptPluginNeedsItsClass) {
+    files.write("a/s.bundle/Info.plist", propertyList(identified("org.example.s") + std::string(kScript)));
+    loader.loadPlugins();
+    EXPECT_THAT(log.lines(), ElementsAre("Javascript Vellicor plugins cannot be loaded on this system org.example.s"));
+    EXPECT_THAT(loader.pluginList(), IsEmpty());
+}
+
+struct SilentPlugin : SQLPlugin {};
+struct ThrowingPlugin : ScriptPlugin {
+    bool initPlugin(QVVersionedPluginLoader&) override { throw std::runtime_error("no licence"); }
+};
+
+TEST_F(PluginLoading, ACompiledPluginThatDoesNotLoadIsSkipped) {
+    const RegisteredClass<ScriptPlugin> registered("Registered");
+    const RegisteredClass<SilentPlugin> silent("Silent");
+    const RegisteredClass<ThrowingPlugin> throwing("Throwing");
+    const std::string noCode = "warning: failed to load plugin code";
+    const auto noClass = [](std::string_view id) {
+        return "unable to load plugin [" + std::string(id) + "] - invalid principle class";
+    };
+    auto compiled = [&](std::string_view id, std::string_view executable, std::string_view principal) {
+        files.write("a/" + std::string(id) + ".bundle/Info.plist",
+                    propertyList(identified(id) + entryText("CFBundleExecutable", executable) + entryText("NSPrincipalClass", principal)));
+    };
+    files.write("a/1none.bundle/Info.plist", propertyList(identified("1none")));
+    compiled("2garbage", "code.so", "P");
+    files.write("a/2garbage.bundle/code.so", "\x7f" "ELF but not really");
+    compiled("3missing", "code.so", "P");
+    compiled("4elsewhere", "../2garbage.bundle/code.so", "P");
+    compiled("5application", "code.so", "Registered");
+    compiled("6silent", "code.so", "Silent");
+    compiled("7throwing", "code.so", "Throwing");
+    files.write("a/8other.bundle/Info.plist",
+                propertyList(identified("8other") + "<key>VellicorPlugin</key><dict><key>variant</key><string>lua</string></dict>"));
+    loader.loadPlugins();
+    EXPECT_THAT(log.lines(), ElementsAre(noCode, noClass("1none"), noCode, noClass("2garbage"), noCode, noClass("3missing"), noCode,
+                                         noClass("4elsewhere"), noCode, noCode, "plugin [6silent] does not respond to correct init message",
+                                         noCode, "plugin failed: no licence",
+                                         "plugin [7throwing] does not respond to correct init message", noCode, noClass("8other"),
+                                         "Loaded Plugins: 5application 1"));
+    EXPECT_THAT(loader.pluginList(), SizeIs(1));
+
+    LogCapture missing;
+    loader.loadPlugin(nullptr);
+    loader.addBundleToMap(nullptr);
+    loader.registerPluginFromInstance(nullptr, {});
+    EXPECT_THAT(missing.lines(), ElementsAre("warning bundle is nil", noClass("(null)"), "found invalid information in info.plist ((null))",
+                                             "plugin [(null)] does not respond to correct init message"));
+}
+
+/// Answers what it was given and leaves everything else unanswered.
+struct ConfiguredPlugin : SQLPlugin {
+    std::optional<std::string> ownType;
+    std::optional<Texts> exportTypes, importTypes;
+    std::optional<std::vector<Value::Map>> reports;
+    std::optional<bool> displayable;
+    std::optional<std::variant<std::shared_ptr<SQLExportDialect>, Exporters>> exporters;
+    std::string data, importType, exportType;
+
+    bool initPlugin(QVVersionedPluginLoader&) override { return true; }
+    std::optional<std::string> type() override { return ownType; }
+    std::optional<std::vector<Value::Map>> reportTypes() override { return reports; }
+    std::optional<Texts> supportedImportTypes() override { return importTypes; }
+    std::optional<Texts> supportedExportTypes() override { return exportTypes; }
+    std::optional<bool> exportIsUserDisplayable() override { return displayable; }
+    std::optional<std::variant<std::shared_ptr<SQLExportDialect>, Exporters>> exporter() override { return exporters; }
+    std::optional<bool> canImportData(std::string_view bytes) override { return bytes == data; }
+    std::optional<bool> canImportType(std::string_view type) override { return type == importType; }
+    std::optional<bool> canExportType(std::string_view type) override {
+        if (type == "broken") throw std::runtime_error("broken");
+        return exportType.empty() ? std::nullopt : std::optional(type == exportType);
+    }
+};
+
+class PluginManager : public ::testing::Test {
+protected:
+    PluginManager() {
+        manager.loadPlugins();
+        for (const auto& plugin : {first, silent, hidden, last}) manager.registerPluginFromInstance(plugin, {});
+    }
+    TempFolder files;
+    ScopedEnvironment user{"XDG_DATA_HOME", files.path().string()}, system{"XDG_DATA_DIRS", "/nowhere"};
+    SQLPluginManager manager;
+    std::shared_ptr<ConfiguredPlugin> first = std::make_shared<ConfiguredPlugin>(), hidden = std::make_shared<ConfiguredPlugin>(),
+                                      last = std::make_shared<ConfiguredPlugin>();
+    std::shared_ptr<ConfiguredPlugin> silent = std::make_shared<ConfiguredPlugin>();
+};
+
+TEST_F(PluginManager, ListsJoinTheAnswersInPluginOrder) {
+    const auto one = create<SQLExportDialect>(), two = create<SQLExportDialect>(), three = create<SQLExportDialect>();
+    first->ownType = "export";
+    first->exportTypes = {{"B", "A"}};
+    first->importTypes = {{"x"}};
+    first->reports = {{{{"name", "Summary"}}, {{"name", Value::integer(1)}}}};
+    first->exporters = SQLPlugin::Exporters{one, two};
+    silent->exporters = create<SQLExportDialect>();  // exports nothing, so its exporter is not asked for
+    hidden->exportTypes = {{"H"}};
+    hidden->displayable = false;
+    hidden->exporters = three;
+    last->exportTypes = {{"A"}};
+    last->displayable = true;
+    last->importTypes = {{"y", "z"}};
+    last->reports = {{{{"title", "no name"}}}};
+
+    EXPECT_THAT(manager.supportedExportTypes(), ElementsAre("B", "A", "H", "A"));
+    EXPECT_THAT(manager.supportedExportTypes(true), ElementsAre("B", "A", "A"));
+    EXPECT_THAT(manager.supportedImportTypes(), ElementsAre("x", "y", "z"));
+    EXPECT_THAT(manager.reportTypes(), SizeIs(3));
+    EXPECT_THAT(manager.availableDialectExporters(false), ElementsAre(one, two, three));
+    EXPECT_THAT(manager.availableDialectExporters(true), ElementsAre(one, two));
+    EXPECT_TRUE(manager.canExportDialect("H"));
+    EXPECT_TRUE(manager.canExportDialect("Summary"));
+    EXPECT_FALSE(manager.canExportDialect("h"));
+    EXPECT_FALSE(manager.canExportDialect("no name"));
+    const LogCapture log;
+    manager.pluginDebug();
+    EXPECT_THAT(log.lines(), ElementsAre("Plugin Type: export"));
+}
+
+TEST_F(PluginManager, TheFirstPluginThatSaysYesIsAsked) {
+    hidden->exportType = last->exportType = "Markdown";
+    EXPECT_EQ(manager.exportPluginForType("Markdown"), hidden.get());
+    EXPECT_EQ(manager.exportPluginForType("markdown"), nullptr);
+    const LogCapture log;
+    EXPECT_EQ(manager.exportPluginForType("broken"), nullptr);
+    EXPECT_THAT(log.lines(), SizeIs(4));
+    EXPECT_THAT(log.lines(), Contains("plugin failed: broken"));
+}
+
+TEST_F(PluginManager, AFileIsOfferedByExtensionAndThenByContent) {
+    for (const auto& plugin : {first, silent, hidden, last}) plugin->importType = plugin->data = "-";
+    first->importType = "SQL";
+    hidden->data = "CREATE";
+    last->importType = "Rb";
+    const fs::path upper = files.write("a.SQL", "CREATE"), ruby = files.write("b.Rb", "CREATE"), other = files.write("c.rb", "CREATE"),
+                   unknown = files.write("d.sql", "SELECT");
+    EXPECT_EQ(manager.importPluginForURL(upper), hidden.get()) << "no type is asked for SQL in any case";
+    EXPECT_EQ(manager.importPluginForURL(ruby), last.get()) << "the type comes before the content";
+    EXPECT_EQ(manager.importPluginForURL(other), hidden.get()) << "the type is asked as written";
+    EXPECT_EQ(manager.importPluginForURL(unknown), nullptr);
+    EXPECT_EQ(manager.importPluginForURL(files.path() / "missing.Rb"), last.get());
+    EXPECT_EQ(manager.importPluginForURL(files.path() / "missing.txt"), nullptr);
+    EXPECT_EQ(manager.importPluginForData("CREATE"), hidden.get());
+    EXPECT_EQ(manager.importPluginForType("SQL"), first.get());
+}
+
+/// What an application does: its own manager, which brings a plug-in that asks for the manager while it is made.
+struct ApplicationManager : SQLPluginManager {
+    struct Curious : ConfiguredPlugin {
+        bool initPlugin(QVVersionedPluginLoader& loader) override {
+            seen = &sharedPluginManager();
+            return &seen->pluginList() == &loader.pluginList();
+        }
+        SQLPluginManager* seen = nullptr;
+    };
+    void loadBuiltInPlugins() override { registerPluginFromInstance(curious, {{"CFBundleIdentifier", "built in"}}); }
+    void loadPluginInspectors() override { inspectors = pluginList().size(); }
+    std::shared_ptr<Curious> curious = std::make_shared<Curious>();
+    std::size_t inspectors = 0;
+};
+
+TEST_F(PluginManager, TheSharedOneIsOfTheApplicationsClass) {
+    ClassRegistry::registerManagerClass(classNames::applicationPluginManager, [] { return std::make_unique<ApplicationManager>(); });
+    auto* shared = dynamic_cast<ApplicationManager*>(&SQLPluginManager::sharedPluginManager());
+    ClassRegistry::registerManagerClass(classNames::applicationPluginManager, nullptr);
+    ASSERT_NE(shared, nullptr);
+    EXPECT_EQ(shared->curious->seen, shared);
+    EXPECT_THAT(shared->pluginList(), ElementsAre(shared->curious));
+    EXPECT_EQ(shared->inspectors, 1u);
+    EXPECT_EQ(&SQLPluginManager::sharedPluginManager(), shared);
+}
+
+}  // namespace
+}  // namespace vellicor
