@@ -30,6 +30,17 @@ inline constexpr const char* quoteReservedWords = "quoteReservedWords";
 /// Ours: writes the few places of a script that the dialect's own server would refuse so that it accepts them.
 inline constexpr const char* runnableScripts = "runnableScripts";
 
+// single dialects
+inline constexpr const char* useAlterTableForMySQLIndexCreation = "useAlterTableForMySQLIndexCreation";
+inline constexpr const char* limitSQLCommentLength = "limitSQLCommentLength";
+inline constexpr const char* preventTypeSizeUpdateWhenNil = "preventTypeSizeUpdateWhenNil";
+inline constexpr const char* postgresTypesUppercase = "postgresTypesUppercase";
+inline constexpr const char* usePostgresComments = "usePostgresComments";
+inline constexpr const char* postgresQuoteSolelyUppercaseIdentifiers = "postgresQuoteSolelyUppercaseIdentifiers";
+inline constexpr const char* sqlServerAddNullable = "SQLServerAddNullable";
+inline constexpr const char* sqlServerFindPKNameForDrop = "SQLServerFindPKNameForDrop";
+inline constexpr const char* sybaseUseGo = "sybaseUseGo";
+
 // colours
 inline constexpr const char* tableNotSelectedColor = "TableNotSelectedColor";
 inline constexpr const char* tableSelectedColor = "TableSelectedColor";
@@ -39,5 +50,9 @@ inline constexpr const char* commentBackgroundColor = "CommentBackgroundColor";
 inline constexpr const char* commentSelectedColor = "CommentSelectedColor";
 inline constexpr const char* commentNotSelectedColor = "CommentNotSelectedColor";
 inline constexpr const char* connectorDefault = "ConnectorDefault";
+
+// files
+inline constexpr const char* disableNavigationPanelFix = "disableNavigationPanelFix";
+inline constexpr const char* navLastRootDirectory = "NSNavLastRootDirectory";
 
 }  // namespace vellicor::prefs

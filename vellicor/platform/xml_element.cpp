@@ -146,6 +146,8 @@ void XMLElement::addCDataElement(std::string_view name, std::string_view text) c
     appendCharacters(appendElement(nodeOf(_node), name), pugi::node_cdata, text);
 }
 
+void XMLElement::addCData(std::string_view text) const { appendCharacters(nodeOf(_node), pugi::node_cdata, text); }
+
 void XMLElement::setAttribute(std::string_view name, std::string_view value) const {
     std::string storage;
     std::string_view allowed = allowedText(value, storage);

@@ -21,6 +21,8 @@ public:
     void addTextElement(std::string_view name, std::string_view text) const;
     /// Appends `<name><![CDATA[text]]></name>`; a "]]>" inside is split over two sections, so that it reads back whole.
     void addCDataElement(std::string_view name, std::string_view text) const;
+    /// Appends `<![CDATA[text]]>` to this element itself, split in the same way.
+    void addCData(std::string_view text) const;
     void setAttribute(std::string_view name, std::string_view value) const;
     /// Appends a deep copy of another element.
     void addCopy(const XMLElement& other) const;

@@ -1,0 +1,47 @@
+# One call a folder; one file a line.
+vellicor_tests(platform
+  files_test.cpp
+  numbers_test.cpp
+  regular_expression_test.cpp
+  services_test.cpp
+  text_test.cpp
+  value_test.cpp
+  xml_test.cpp
+)
+vellicor_tests(util
+  sparse_array_test.cpp
+  status_log_test.cpp
+)
+vellicor_tests(model
+  document_objects_test.cpp
+  foreign_key_test.cpp
+  index_test.cpp
+  name_match_test.cpp
+  object_test.cpp
+  view_test.cpp
+)
+vellicor_tests(plugins
+  plugin_test.cpp
+  support_test.cpp
+)
+vellicor_tests(presentation
+  object_style_test.cpp
+  visual_theme_test.cpp
+)
+vellicor_tests(export
+  create_script_test.cpp
+  foreign_key_graph_test.cpp
+  quoting_test.cpp
+  source_node_test.cpp
+)
+vellicor_tests(fileformat
+  hostile_test.cpp
+  parser_test.cpp
+  recovery_test.cpp
+  round_trip_test.cpp
+)
+vellicor_tests(dialects
+  data_type_test.cpp
+  registry_test.cpp
+  sqlite_test.cpp
+)

@@ -1,0 +1,49 @@
+// vellicor/util/status_log.h — the events of a long operation, for a list that the user can read.
+#pragma once
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "vellicor/util/status_event.h"
+
+namespace vellicor {
+
+/// Told by the logs it observes.
+class QVStatusLogObserver {
+public:
+    virtual ~QVStatusLogObserver() = default;
+    virtual void eventListChanged(QVStatusLog& /*log*/) {}
+};
+
+/// An ordered list of events with observers, for use from one thread. Held by a shared_ptr, so that its events know it.
+class QVStatusLog : public std::enable_shared_from_this<QVStatusLog> {
+public:
+    using Events = std::vector<std::shared_ptr<QVStatusEvent>>;
+    using Observers = std::vector<std::weak_ptr<QVStatusLogObserver>>;
+
+    [[nodiscard]] const Events& events() const { return _events; }
+    /// Replaces the list as it is: nobody is told, and the events' logs stay.
+    void setEvents(Events events) { _events = std::move(events); }
+    /// Not owned; one that is gone is passed over.
+    [[nodiscard]] const Observers& observers() const { return _observers; }
+    void setObservers(Observers observers) { _observers = std::move(observers); }
+    /// One that is added twice is told twice.
+    void addObserver(const std::shared_ptr<QVStatusLogObserver>& observer);
+    void removeObserver(const std::shared_ptr<QVStatusLogObserver>& observer);
+
+    /// Appends the event, makes this its log and that of all warnings below it, and tells the observers.
+    void addEvent(const std::shared_ptr<QVStatusEvent>& event);
+    /// Every occurrence; the observers are told in any case.
+    void removeEvent(const std::shared_ptr<QVStatusEvent>& event);
+    void removeAllEvents();
+    void notifyObservers();
+    /// Summary, blank, detail and a line break of each event, without its warnings; an absent text reads "(null)".
+    [[nodiscard]] std::string allEventsAsString() const;
+
+private:
+    Events _events;
+    Observers _observers;
+};
+
+}  // namespace vellicor
