@@ -1,6 +1,7 @@
 # One call a folder; one file a line.
 vellicor_tests(platform
   files_test.cpp
+  known_preferences_test.cpp
   numbers_test.cpp
   regular_expression_test.cpp
   services_test.cpp
@@ -13,11 +14,19 @@ vellicor_tests(util
   status_log_test.cpp
 )
 vellicor_tests(model
+  container_document_test.cpp
+  container_order_test.cpp
+  container_test.cpp
+  container_threads_test.cpp
   document_objects_test.cpp
+  field_reference_test.cpp
+  field_test.cpp
   foreign_key_test.cpp
   index_test.cpp
+  label_test.cpp
   name_match_test.cpp
   object_test.cpp
+  table_test.cpp
   view_test.cpp
 )
 vellicor_tests(plugins
@@ -42,6 +51,21 @@ vellicor_tests(fileformat
 )
 vellicor_tests(dialects
   data_type_test.cpp
+  mysql_test.cpp
+  oracle_filemaker_test.cpp
+  postgresql_test.cpp
   registry_test.cpp
+  sql_server_test.cpp
   sqlite_test.cpp
 )
+if(TARGET vellicor_tool)
+  vellicor_tests(cli
+    convert_test.cpp
+    tool_test.cpp
+  )
+  # The program that the README shows.
+  add_executable(hello ${PROJECT_SOURCE_DIR}/examples/hello.cpp)
+  target_link_libraries(hello PRIVATE vellicor::vellicor vellicor_build_options)
+  target_compile_definitions(cli_tests PRIVATE VELLICOR_TOOL="$<TARGET_FILE:vellicor_tool>" VELLICOR_HELLO="$<TARGET_FILE:hello>")
+  add_dependencies(cli_tests vellicor_tool hello)
+endif()

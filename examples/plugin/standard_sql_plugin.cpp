@@ -21,7 +21,8 @@ public:
         return vellicor::equalIgnoringCase(type, kName);
     }
     /// A fresh exporter at every call: an exporter belongs to one thread and one run.
-    [[nodiscard]] std::optional<std::variant<std::shared_ptr<vellicor::SQLExportDialect>, Exporters>> exporter() override {
+    [[nodiscard]] std::optional<std::variant<std::shared_ptr<vellicor::SQLExportDialect>, Exporters>>
+    exporter() override {
         return vellicor::create<StandardSQLExporter>();
     }
     [[nodiscard]] std::optional<std::string> exportFileExtension() override { return "sql"; }

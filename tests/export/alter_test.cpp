@@ -2,6 +2,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "tests/support/document_builder.h"
 #include "tests/support/log_capture.h"
 #include "tests/support/scoped_preference.h"
 #include "vellicor/export/alter_run.h"
@@ -40,65 +41,49 @@ public:
     bool indexExists(SQLIndex&) override { return true; }
 };
 
-/// a(id, code) is referenced by b(a_id) in schema s and by itself; b has an index, two constraints and a key object.
+/// Two tables; the columns a.parent and s.b.a_id reference a.id, and a key object references a.code.
 struct Model {
-    Model() {
-        id->setPrimaryKey(true);
-        aId->setFkField(id.get());
-        aId->setReferenceId("b_fk");
-        parent->setFkField(id.get());
-        index->addIndexField(*aId);
-        index->addIndexField(*note);
-        index->setSizeForIndexEntry(*note, "8");
-        b->add(index);
-        unique->setConstraintType("UNIQUE");
-        unique->addIndexField(*aId);
-        unique->addIndexField(*note);
-        b->add(unique);
-        check->setCheckConstraintExpression("note > 0");
-        check->setName("ck");
-        b->add(check);
-        key->addFieldPair(note.get(), code.get());
-        key->setTargetTable(a.get());
-        b->add(key);
+    template <class T>
+    T* component(const char* name) const {
+        return as<T>(b->getFieldByTypeAndName(isKindOf<T>, name));
     }
-    std::shared_ptr<SQLTable> table(const char* name) {
-        auto made = SQLTable::tableWithName(name);
-        document->add(made);
-        return made;
-    }
-    static std::shared_ptr<SQLField> column(const std::shared_ptr<SQLTable>& table, const char* name, const char* type) {
-        auto made = SQLField::fieldWithName(name, type);
-        table->add(made);
-        return made;
-    }
+    SQLField* column(const char* table, const char* name) const { return testing::field(*document, table, name); }
 
-    std::shared_ptr<SQLContainer> document = SQLContainer::newContainer();
-    std::shared_ptr<SQLTable> a = table("a");
-    std::shared_ptr<SQLField> id = column(a, "id", "int");
-    std::shared_ptr<SQLField> code = column(a, "code", "varchar(8)");
-    std::shared_ptr<SQLField> parent = column(a, "parent", "int");
-    std::shared_ptr<SQLTable> b = table("s.b");
-    std::shared_ptr<SQLField> aId = column(b, "a_id", "int");
-    std::shared_ptr<SQLField> note = column(b, "note", "text");
-    std::shared_ptr<SQLIndex> index = SQLIndex::indexWithName("i");
-    std::shared_ptr<SQLConstraint> unique = SQLConstraint::constraint();
-    std::shared_ptr<SQLConstraint> check = SQLConstraint::constraint();
-    std::shared_ptr<SQLForeignKey> key = SQLForeignKey::initWithName("k");
+    std::shared_ptr<SQLContainer> document = testing::document(
+        "a(id int pk; code varchar(8); parent int -> a.id);; s.b(a_id int -> a.id; note text; index i (a_id,note(8));"
+        "constraint u UNIQUE (a_id,note); constraint ck CHECK [note > 0]; key k (note) -> a(code))");
+    SQLTable* a = testing::table(*document, "a");
+    SQLTable* b = testing::table(*document, "s.b");
+    SQLField* id = column("a", "id");
+    SQLField* code = column("a", "code");
+    SQLField* parent = column("a", "parent");
+    SQLField* aId = column("s.b", "a_id");
+    SQLField* note = column("s.b", "note");
+    SQLIndex* index = component<SQLIndex>("i");
+    SQLConstraint* unique = component<SQLConstraint>("u");
+    SQLConstraint* check = component<SQLConstraint>("ck");
+    SQLForeignKey* key = component<SQLForeignKey>("k");
 };
 
 class Alter : public ::testing::Test {
 protected:
+    void SetUp() override {
+        now.aId->setReferenceId("b_fk");
+        old.aId->setReferenceId("b_fk");
+    }
     Model now;
     Model old;
     std::shared_ptr<DeferringExporter> exporter = create<DeferringExporter>();
     std::shared_ptr<GenericSQLExporter> generic = GenericSQLExporter::exporter();
-    std::string text(const SourceNodePtr& node) { return GenericSQLExporter::nodeText(node); }
+    static std::string text(const SourceNodePtr& node) { return GenericSQLExporter::nodeText(node); }
+    Statements indexChange(GenericSQLExporter& by) { return by.alterIndexedProperty(*now.note, *old.note); }
+    std::string indexStatement(GenericSQLExporter& by, const IndexStatementForm& form = {}) {
+        return ExporterCommon::addIndex(*now.index, *now.b, by, form);
+    }
 };
 
 TEST_F(Alter, Statements) {
     old.index->setName("i0");
-    now.unique->setName("u");
     now.note->setDataType("blob");
     const std::string longKey = "ALTER TABLE s.b ADD CONSTRAINT k FOREIGN KEY (note) REFERENCES a (code);\n";
     const struct {
@@ -121,8 +106,8 @@ TEST_F(Alter, Statements) {
         {generic->addSQLConstraint(*now.unique), "ALTER TABLE s.b ADD CONSTRAINT u UNIQUE (a_id,note)"},
         {generic->alter(*now.a, *old.a), ""},
         {joined(generic->alterAsVector(*now.note, *old.note), "|"), "ALTER TABLE s.b ALTER COLUMN note TYPE blob"},
-        {joined(generic->alterSQLForeignKeyAsVector(now.key.get(), old.key.get(), nullptr), "|"), ""},
-        {joined(generic->alterSQLForeignKeyAsVector(now.key.get(), nullptr, nullptr), "|"), longKey},
+        {joined(generic->alterSQLForeignKeyAsVector(now.key, old.key, nullptr), "|"), ""},
+        {joined(generic->alterSQLForeignKeyAsVector(now.key, nullptr, nullptr), "|"), longKey},
     };
     for (const auto& [actual, expected] : cases) EXPECT_EQ(actual, expected);
 
@@ -154,7 +139,7 @@ TEST_F(Alter, TableStatementsAreJoinedWithoutEmptyOnes) {
 
 TEST_F(Alter, NothingRaisesForDetachedObjects) {
     auto lost = SQLField::fieldWithName("x", "int");
-    lost->setFkField(old.id.get());
+    lost->setFkField(old.id);
     lost->setPropertyAsBoolean(keys::indexed, true);
     auto lostKey = SQLForeignKey::initWithName("lk");
     auto lostIndex = SQLIndex::indexWithName("li");
@@ -165,7 +150,8 @@ TEST_F(Alter, NothingRaisesForDetachedObjects) {
     EXPECT_EQ(generic->alterSQLIndex(*lostIndex, *lostIndex), "ALTER TABLE  DROP INDEX li;\n");
     LogCapture captured;
     EXPECT_THAT(generic->alterIndexedProperty(*lost, *old.id), IsEmpty());
-    EXPECT_THAT(captured.lines(), ElementsAre("[INDEXED FIELD] checking for index existance", "Export Error: missing index object"));
+    EXPECT_THAT(captured.lines(),
+                ElementsAre("[INDEXED FIELD] checking for index existance", "Export Error: missing index object"));
 }
 
 // --- dropping keys
@@ -176,7 +162,8 @@ TEST_F(Alter, DropsAKeyOnceOnly) {
     EXPECT_EQ(generic->dropForeignKey(*now.aId), "ALTER TABLE s.b DROP CONSTRAINT b_fk") << "another key of that name";
     EXPECT_EQ(generic->dropSQLForeignKey(*old.key), "ALTER TABLE s.b DROP CONSTRAINT IF EXISTS k");
     EXPECT_EQ(generic->dropSQLForeignKey(*old.key), "");
-    const std::string unknown = "/* Need to DROP Foreign Key constraint from field a(parent), but constraint name unknown */";
+    const std::string unknown =
+        "/* Need to DROP Foreign Key constraint from field a(parent), but constraint name unknown */";
     EXPECT_EQ(generic->dropForeignKey(*old.parent), unknown);
     EXPECT_EQ(generic->dropForeignKey(*old.parent), unknown) << "nothing was dropped yet";
     AlterRun run(*generic, *old.document);
@@ -192,10 +179,10 @@ TEST_F(Alter, CommentsEndWhereTheyShouldInRunnableScripts) {
 
 TEST_F(Alter, ChangedKeyObjectIsDroppedAndAdded) {
     now.key->setDeferrable(true);
-    EXPECT_THAT(generic->alterSQLForeignKeyAsVector(now.key.get(), old.key.get(), nullptr),
+    EXPECT_THAT(generic->alterSQLForeignKeyAsVector(now.key, old.key, nullptr),
                 ElementsAre("ALTER TABLE s.b DROP CONSTRAINT IF EXISTS k",
                             "ALTER TABLE s.b ADD CONSTRAINT k FOREIGN KEY (note) REFERENCES a (code);\n"));
-    EXPECT_THAT(generic->alterSQLForeignKeyAsVector(nullptr, old.key.get(), nullptr), IsEmpty());
+    EXPECT_THAT(generic->alterSQLForeignKeyAsVector(nullptr, old.key, nullptr), IsEmpty());
 }
 
 // --- comparing keys
@@ -207,13 +194,14 @@ TEST_F(Alter, ForeignKeysMatchByAllTheirParts) {
         std::vector<std::string> log;
     } cases[] = {
         {"same", [](Model&) {}, {"[FOREIGN KEY MATCH]"}},
-        {"unset and default action", [](Model& m) { m.aId->setDeleteAction(4); m.aId->setUpdateAction(4); }, {"[FOREIGN KEY MATCH]"}},
+        {"default delete action", [](Model& m) { m.aId->setDeleteAction(4); }, {"[FOREIGN KEY MATCH]"}},
+        {"default update action", [](Model& m) { m.aId->setUpdateAction(4); }, {"[FOREIGN KEY MATCH]"}},
         {"target table", [](Model& m) { m.a->setName("c"); }, {}},
         {"no target", [](Model& m) { m.aId->setFkField(nullptr); }, {}},
         {"name", [](Model& m) { m.aId->setReferenceId("other"); }, {}},
         {"deferrable", [](Model& m) { m.aId->setDeferrable(true); }, {}},
         {"initially deferred", [](Model& m) { m.aId->setInitiallyDeferred(true); }, {}},
-        {"target column", [](Model& m) { m.aId->setFkField(m.code.get()); },
+        {"target column", [](Model& m) { m.aId->setFkField(m.code); },
          {"[FOREIGN KEY MISMATCH] - targetList (id) (code)", "id != code"}},
         {"source column", [](Model& m) { m.aId->setName("x"); },
          {"[FOREIGN KEY MISMATCH] - sourceList (a_id) (x)", "a_id != x"}},
@@ -222,6 +210,7 @@ TEST_F(Alter, ForeignKeysMatchByAllTheirParts) {
     };
     for (const auto& [what, change, log] : cases) {
         Model changed;
+        changed.aId->setReferenceId("b_fk");
         change(changed);
         LogCapture captured;
         const bool matches = !log.empty() && log.back() == "[FOREIGN KEY MATCH]";
@@ -229,7 +218,7 @@ TEST_F(Alter, ForeignKeysMatchByAllTheirParts) {
         EXPECT_EQ(captured.lines(), log) << what;
     }
     LogCapture captured;
-    now.key->addFieldPair(now.aId.get(), now.id.get());
+    now.key->addFieldPair(now.aId, now.id);
     EXPECT_FALSE(generic->isForeignKeyMatchForFieldA(*old.key, *now.key));
     EXPECT_THAT(captured.lines(), ElementsAre("[FOREIGN KEY MISMATCH] - targetList (code) (code,id)", "(null) != id"));
 }
@@ -239,7 +228,7 @@ TEST_F(Alter, ForeignKeyMatchesSaysWhichSideHasAReference) {
     EXPECT_EQ(generic->foreignKeyMatches(*now.aId, *old.aId), 0);
     EXPECT_EQ(generic->foreignKeyMatches(*now.id, *old.aId), 1);
     EXPECT_EQ(generic->foreignKeyMatches(*now.aId, *old.id), 2);
-    now.aId->setFkField(now.code.get());
+    now.aId->setFkField(now.code);
     EXPECT_EQ(generic->foreignKeyMatches(*now.aId, *old.aId), 3);
 }
 
@@ -249,14 +238,15 @@ TEST_F(Alter, ColumnKeysAreDroppedBeforeAnyIsAdded) {
     EXPECT_EQ(text(exporter->alterForeignKeyForTable(*now.a, *old.a)), "");
     old.parent->setReferenceId("p_old");
     now.parent->setReferenceId("p_new");
-    now.code->setFkField(now.id.get());
-    old.id->setFkField(old.aId.get());
+    now.code->setFkField(now.id);
+    old.id->setFkField(old.aId);
     old.id->setReferenceId("gone");
 
     const auto node = exporter->alterForeignKeyForTable(*now.a, *old.a);
     const std::string drops = "ALTER TABLE a DROP CONSTRAINT gone;\nALTER TABLE a DROP CONSTRAINT p_old;";
-    const std::string adds = "ALTER TABLE a ADD FOREIGN KEY (code) REFERENCES a (id);\n"
-                             "ALTER TABLE a ADD CONSTRAINT p_new FOREIGN KEY (parent) REFERENCES a (id) NOT DEFERRABLE;";
+    const std::string adds =
+        "ALTER TABLE a ADD FOREIGN KEY (code) REFERENCES a (id);\n"
+        "ALTER TABLE a ADD CONSTRAINT p_new FOREIGN KEY (parent) REFERENCES a (id) NOT DEFERRABLE;";
     EXPECT_EQ(text(node->childWithId("#dropInstructions")), drops);
     EXPECT_EQ(text(node->childWithId("#addInstructions")), adds);
     EXPECT_EQ(text(node), drops + "\n" + adds);
@@ -313,11 +303,11 @@ TEST_F(Alter, PrimaryKeyChangeTakesTheReferencesWithIt) {
 }
 
 TEST_F(Alter, ReferencesThatAreGoneStayDropped) {
-    const std::vector<SQLConnectable*> keys{old.aId.get(), old.key.get()};
+    const std::vector<SQLConnectable*> keys{old.aId, old.key};
     EXPECT_EQ(generic->filterForeignKeyList(keys, now.document.get()), keys);
-    EXPECT_EQ(text(generic->addForeignKeyList({old.key.get()})),
+    EXPECT_EQ(text(generic->addForeignKeyList({old.key})),
               "ALTER TABLE s.b ADD CONSTRAINT k FOREIGN KEY (note) REFERENCES a (code);");
-    now.aId->setFkField(now.code.get());
+    now.aId->setFkField(now.code);
     EXPECT_THAT(generic->filterForeignKeyList(keys, now.document.get()), ElementsAre(keys[1]));
     now.b->setName("other");
     EXPECT_THAT(generic->filterForeignKeyList(keys, now.document.get()), IsEmpty());
@@ -331,27 +321,29 @@ TEST_F(Alter, IndexedFlagSwitchedOff) {
     EXPECT_THAT(generic->postLoadAlterAsVector(*now.note, *old.note), IsEmpty());
     old.note->setPropertyAsBoolean(keys::indexed, true);
     LogCapture captured;
-    EXPECT_THAT(generic->postLoadAlterAsVector(*now.note, *old.note), ElementsAre("ALTER TABLE s.b DROP INDEX b_note_idx;\n"));
-    EXPECT_THAT(captured.lines(), ElementsAre("canDropIndex = YES", "|| DROPPING indexed property note ",
-                                              ::testing::MatchesRegex("dropIndexName = b_note_idx \\{.*indexed = 1.*\\}")));
+    EXPECT_THAT(generic->postLoadAlterAsVector(*now.note, *old.note),
+                ElementsAre("ALTER TABLE s.b DROP INDEX b_note_idx;\n"));
+    EXPECT_THAT(captured.lines(),
+                ElementsAre("canDropIndex = YES", "|| DROPPING indexed property note ",
+                            ::testing::MatchesRegex("dropIndexName = b_note_idx \\{.*indexed = 1.*\\}")));
     old.note->setProperty(keys::indexedKeyName, "named");
-    EXPECT_THAT(generic->alterIndexedProperty(*now.note, *old.note), ElementsAre("ALTER TABLE s.b DROP INDEX named;\n"));
+    EXPECT_THAT(indexChange(*generic), ElementsAre("ALTER TABLE s.b DROP INDEX named;\n"));
     old.note->setProperty(keys::indexedKeyName, "i");
-    EXPECT_THAT(generic->alterIndexedProperty(*now.note, *old.note), IsEmpty()) << "the index is the table's";
+    EXPECT_THAT(indexChange(*generic), IsEmpty()) << "the index is the table's";
     EXPECT_EQ(captured.lines().back(), "canDropIndex = NO");
     old.index->removeIndexField(*old.note);
-    EXPECT_THAT(generic->alterIndexedProperty(*now.note, *old.note), ElementsAre("ALTER TABLE s.b DROP INDEX i;\n"));
+    EXPECT_THAT(indexChange(*generic), ElementsAre("ALTER TABLE s.b DROP INDEX i;\n"));
 }
 
 TEST_F(Alter, IndexedFlagSwitchedOn) {
     now.note->setPropertyAsBoolean(keys::indexed, true);
     LogCapture captured;
-    EXPECT_THAT(generic->alterIndexedProperty(*now.note, *old.note), ElementsAre("CREATE INDEX b_note_idx ON s.b(note);\n"));
+    EXPECT_THAT(indexChange(*generic), ElementsAre("CREATE INDEX b_note_idx ON s.b(note);\n"));
     EXPECT_THAT(captured.lines(),
                 ElementsAre("[INDEXED FIELD] checking for index existance", "[INDEXED FIELD] Adding Index note_idx"));
     old.index->setName("b_note_idx");
-    EXPECT_THAT(generic->alterIndexedProperty(*now.note, *old.note), ::testing::SizeIs(1));
-    EXPECT_THAT(exporter->alterIndexedProperty(*now.note, *old.note), IsEmpty()) << "its own prefix makes the names equal";
+    EXPECT_THAT(indexChange(*generic), ::testing::SizeIs(1));
+    EXPECT_THAT(indexChange(*exporter), IsEmpty()) << "its own prefix makes the names equal";
 }
 
 TEST_F(Alter, LiveDatabaseAnswersForItsIndexes) {
@@ -365,21 +357,23 @@ TEST_F(Alter, LiveDatabaseAnswersForItsIndexes) {
 // --- statements that dialects share
 
 TEST_F(Alter, SharedIndexStatement) {
-    EXPECT_EQ(ExporterCommon::addIndex(*now.index, *now.b, *generic), "CREATE  INDEX i ON s.b (a_id,note);\n");
-    EXPECT_EQ(ExporterCommon::addIndex(*now.index, *now.b, *exporter, true, false), " INDEX i ON s.b (a_id,note(8));\n");
+    EXPECT_EQ(indexStatement(*generic), "CREATE  INDEX i ON s.b (a_id,note);\n");
+    EXPECT_EQ(ExporterCommon::addIndex(*now.index, *now.b, *exporter, true, false),
+              " INDEX i ON s.b (a_id,note(8));\n");
     now.index->setIndexType(" UNIQUE ");
-    EXPECT_EQ(ExporterCommon::addIndex(*now.index, *now.b, *generic, false, true), "CREATE UNIQUE INDEX i ON s.b (a_id,note)");
-    EXPECT_EQ(ExporterCommon::addIndex(*now.index, *now.b, *generic, {.addSeparator = false, .withTableName = false}),
+    EXPECT_EQ(ExporterCommon::addIndex(*now.index, *now.b, *generic, false, true),
+              "CREATE UNIQUE INDEX i ON s.b (a_id,note)");
+    EXPECT_EQ(indexStatement(*generic, {.addSeparator = false, .withTableName = false}),
               "CREATE UNIQUE INDEX i (a_id,note)");
     now.index->setIndexType("");
     auto empty = SQLIndex::indexWithName("e");
     EXPECT_EQ(ExporterCommon::addIndex(*empty, *now.b, *generic), "/*CREATE  INDEX e ON s.b ();\n*/\n");
     ScopedPreference ifNotExists(prefs::useIfNotExistsOnTableExport);
-    EXPECT_EQ(ExporterCommon::addIndex(*now.index, *now.b, *generic, false, true), "CREATE  INDEX i ON s.b (a_id,note)");
-    EXPECT_EQ(ExporterCommon::addIndex(*now.index, *now.b, *exporter, false, true),
+    EXPECT_EQ(indexStatement(*generic, {.addSeparator = false}), "CREATE  INDEX i ON s.b (a_id,note)");
+    EXPECT_EQ(indexStatement(*exporter, {.addSeparator = false}),
               "CREATE  INDEX IF NOT EXISTS i ON s.b (a_id,note(8))");
     now.index->setIndexType("REFUSED");
-    EXPECT_EQ(ExporterCommon::addIndex(*now.index, *now.b, *exporter), "");
+    EXPECT_EQ(indexStatement(*exporter), "");
 }
 
 TEST_F(Alter, SharedTypeAndDrops) {
@@ -391,7 +385,8 @@ TEST_F(Alter, SharedTypeAndDrops) {
     EXPECT_EQ(ExporterCommon::fieldTypeWithTimeZone(*time), "timestamp") << "the word must be written in capitals";
 
     EXPECT_EQ(ExporterCommon::dropForeignKey(*now.b, *now.aId, *generic), "ALTER TABLE s.b DROP CONSTRAINT b_fk");
-    EXPECT_EQ(ExporterCommon::dropForeignKey(*SQLTable::tableWithName("t"), *now.aId), "ALTER TABLE t DROP CONSTRAINT b_fk");
+    const auto lost = SQLTable::tableWithName("t");
+    EXPECT_EQ(ExporterCommon::dropForeignKey(*lost, *now.aId), "ALTER TABLE t DROP CONSTRAINT b_fk");
     LogCapture captured;
     EXPECT_EQ(ExporterCommon::dropForeignKey(*now.a, *now.parent, *generic), "");
     EXPECT_THAT(captured.lines(),

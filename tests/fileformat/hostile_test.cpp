@@ -16,9 +16,9 @@
 namespace vellicor {
 namespace {
 
+using ::testing::HasSubstr;
 using testing::LogCapture;
 using testing::TempFolder;
-using ::testing::HasSubstr;
 
 std::string repeated(std::string_view piece, std::size_t count) {
     std::string all;
@@ -32,13 +32,15 @@ TEST(Hostile, AMillionLevelsAreRead) {
     constexpr std::size_t depth = 1'000'000;
     auto container = SQLContainer::newContainer();
     Parser parser;
-    parser.parseXMLFromData("<SQLContainer>" + repeated("<p>", depth) + repeated("</p>", depth) + "</SQLContainer>", *container);
+    parser.parseXMLFromData("<SQLContainer>" + repeated("<p>", depth) + repeated("</p>", depth) + "</SQLContainer>",
+                            *container);
     EXPECT_TRUE(container->hasProperty("p"));
     EXPECT_THROW(parser.parseXMLFromData("<SQLContainer>" + repeated("<p>", depth), *container), SQLException);
     parser.resetParser();
     constexpr std::size_t tables = 20'000;
-    parser.parseXMLFromData("<SQLContainer>" + repeated("<SQLTable>", tables) + repeated("</SQLTable>", tables) + "</SQLContainer>",
-                            *container);
+    parser.parseXMLFromData(
+        "<SQLContainer>" + repeated("<SQLTable>", tables) + repeated("</SQLTable>", tables) + "</SQLContainer>",
+        *container);
     EXPECT_EQ(container->count(), 1u);
     EXPECT_EQ(log.lines().size(), tables - 1);
     parser.parseXMLFromData(repeated("<SQLContainer>", tables) + repeated("</SQLContainer>", tables), *container);
@@ -60,8 +62,10 @@ TEST(Hostile, EntitiesDoNotExplodeOrLeaveTheFolder) {
         }
         return std::string();
     };
-    EXPECT_THAT(messageOf(bomb + "]><SQLContainer><n>&a11;</n></SQLContainer>"), HasSubstr("entities of the document expand"));
-    EXPECT_THAT(messageOf("<!DOCTYPE b [<!ENTITY e SYSTEM 'http://example.com/x'>]><SQLContainer>&e;</SQLContainer>"), HasSubstr("&e;"));
+    EXPECT_THAT(messageOf(bomb + "]><SQLContainer><n>&a11;</n></SQLContainer>"),
+                HasSubstr("entities of the document expand"));
+    EXPECT_THAT(messageOf("<!DOCTYPE b [<!ENTITY e SYSTEM 'http://example.com/x'>]><SQLContainer>&e;</SQLContainer>"),
+                HasSubstr("&e;"));
 }
 
 TEST(Hostile, ADocumentMaySetOnlyWhatTheTablesList) {
@@ -69,11 +73,13 @@ TEST(Hostile, ADocumentMaySetOnlyWhatTheTablesList) {
     auto container = SQLContainer::newContainer();
     Parser().parseXMLFromData(
         "<SQLContainer><objects>1</objects><documentInfo>1</documentInfo><dialectExporter>x</dialectExporter>"
-        "<container>1</container><objectLabelManager/><fkObjectGraph>1</fkObjectGraph><isTempContainer>0</isTempContainer>"
+        "<container>1</container><objectLabelManager/><fkObjectGraph>1</fkObjectGraph><isTempContainer>0</"
+        "isTempContainer>"
         "<debug>99999999999</debug><name>n</name><uid>U</uid>"
         "<SQLTable><zorder>4000000000</zorder><fields/><removeAll/><delete>1</delete><SQLField><name>a</name>"
         "<observingFkTable>x</observingFkTable><sourceForeignKey>x</sourceForeignKey></SQLField></SQLTable>"
-        "<SQLTable><zorder>-9223372036854775808</zorder></SQLTable><SQLTable><zorder>none</zorder></SQLTable></SQLContainer>",
+        "<SQLTable><zorder>-9223372036854775808</zorder></SQLTable><SQLTable><zorder>none</zorder></SQLTable></"
+        "SQLContainer>",
         *container);
     container->postLoadProcess();
     EXPECT_EQ(container->getDebug(), 2147483647);
@@ -88,8 +94,10 @@ TEST(Hostile, CyclesOfReferencesEnd) {
     const LogCapture log;
     std::string document = "<SQLContainer>";
     for (int i = 0; i < 50; ++i) {
-        document += text("<SQLTable><name>t%d</name><SQLField><name>a</name><primaryKey>1</primaryKey>"
-                         "<referencesTable>t%d</referencesTable></SQLField></SQLTable>", i, (i + 1) % 50);
+        document += text(
+            "<SQLTable><name>t%d</name><SQLField><name>a</name><primaryKey>1</primaryKey>"
+            "<referencesTable>t%d</referencesTable></SQLField></SQLTable>",
+            i, (i + 1) % 50);
     }
     auto container = SQLContainer::newContainer();
     Parser().parseXMLFromData(document + "</SQLContainer>", *container);
@@ -102,8 +110,9 @@ TEST(Hostile, CyclesOfReferencesEnd) {
 
 /// Bytes put in, taken out, doubled, exchanged; pieces of the document moved to other places.
 void damage(std::string& document, std::minstd_rand& random) {
-    static const char* const kPieces[] = {"<SQLTable>", "</SQLTable>", "<SQLField>", "</SQLField>", "<SQLContainer>", "]]>",
-                                          "<![CDATA[", "&amp;", "<location>", "<uid>", "<x/>", "<fieldName/>", "\xFF", "<QVObjectStyle>"};
+    static const char* const kPieces[] = {
+        "<SQLTable>", "</SQLTable>", "<SQLField>", "</SQLField>", "<SQLContainer>", "]]>",  "<![CDATA[",
+        "&amp;",      "<location>",  "<uid>",      "<x/>",        "<fieldName/>",   "\xFF", "<QVObjectStyle>"};
     const auto below = [&](std::size_t limit) { return random() % std::max<std::size_t>(limit, 1); };
     for (std::size_t times = 1 + below(2); times > 0; --times) {
         const std::size_t at = below(document.size());

@@ -27,13 +27,13 @@
 namespace vellicor {
 namespace {
 
-using testing::LogCapture;
-using testing::ScopedPreference;
-using testing::TempFolder;
 using ::testing::ElementsAre;
 using ::testing::HasSubstr;
 using ::testing::IsEmpty;
+using testing::LogCapture;
+using testing::ScopedPreference;
 using ::testing::StartsWith;
+using testing::TempFolder;
 
 enum class Route { Setters, Safe };
 
@@ -78,20 +78,24 @@ TEST_P(ParserRoutes, EveryKindOfObjectFindsItsPlaceAndItsValues) {
     const LogCapture log;
     const auto container = read(
         "<SQLTable><name>t</name><schema>s</schema><comment>'c'</comment><tableType>InnoDB</tableType>"
-        "<location><x>12.25</x><y>-3</y></location><size><width>200</width><height>100.5</height></size><zorder>0</zorder>"
+        "<location><x>12.25</x><y>-3</y></location><size><width>200</width><height>100.5</height></size><zorder>0</"
+        "zorder>"
         "<SQLField><name>id</name><type>NUMERIC(10,2)</type><primaryKey>1</primaryKey><notNull>1</notNull>"
         "<deleteAction>3</deleteAction><referencesTable>u</referencesTable><uid>F</uid></SQLField>"
         "<SQLIndex><name>i</name><fieldName>id</fieldName><SQLIndexEntry><name>id</name><prefixSize>7</prefixSize>"
         "<fieldUid>F</fieldUid></SQLIndexEntry><indexType>FULLTEXT</indexType></SQLIndex>"
-        "<SQLConstraint><name>c</name><indexType>CHECK</indexType><checkConstraint>a &lt; b</checkConstraint></SQLConstraint>"
-        "<SQLForeignKey><name>k</name><updateAction>1</updateAction><targetTableName>u</targetTableName><SQLForeignKeyEntry>"
+        "<SQLConstraint><name>c</name><indexType>CHECK</indexType><checkConstraint>a &lt; "
+        "b</checkConstraint></SQLConstraint>"
+        "<SQLForeignKey><name>k</name><updateAction>1</updateAction><targetTableName>u</"
+        "targetTableName><SQLForeignKeyEntry>"
         "<sourceFieldName>id</sourceFieldName><targetFieldName>x</targetFieldName></SQLForeignKeyEntry></SQLForeignKey>"
         "<QVObjectStyle><font key='objectFont' name='Serif' size='11.5'/></QVObjectStyle>"
         "<isLocked>1</isLocked><somethingNew><![CDATA[]]]]><![CDATA[>]]></somethingNew><uid>T</uid></SQLTable>"
         "<SQLView><name>v</name><SQLViewEntry><name>columns</name><type>label</type></SQLViewEntry>"
         "<queryString>SELECT 1</queryString></SQLView>"
         "<SQLCanvasArea><name>a</name><comment>text</comment></SQLCanvasArea>"
-        "<SQLObjectLabel><name>red</name><colorString>{1,0,0,1,sRGBColorSpace}</colorString><hidden>1</hidden></SQLObjectLabel>"
+        "<SQLObjectLabel><name>red</name><colorString>{1,0,0,1,sRGBColorSpace}</colorString><hidden>1</hidden></"
+        "SQLObjectLabel>"
         "<SQLDocumentInfo><exportDialect>SQLite</exportDialect><uid>D</uid></SQLDocumentInfo><note>n</note>",
         GetParam());
     EXPECT_THAT(log.lines(), IsEmpty());
@@ -144,23 +148,27 @@ TEST_P(ParserRoutes, OldCompoundReferencesAreKeptForTheConversion) {
 }
 
 TEST(Parser, FlagsAreOneOrYes) {
-    const std::pair<const char*, bool> cases[] = {{"1", true},   {"YES", true}, {"yes", true}, {"Yes", true}, {"true", false},
-                                                  {"y", false},  {"01", false}, {" 1", false}, {"0", false},  {"", false}};
+    const std::pair<const char*, bool> cases[] = {{"1", true},     {"YES", true}, {"yes", true}, {"Yes", true},
+                                                  {"true", false}, {"y", false},  {"01", false}, {" 1", false},
+                                                  {"0", false},    {"", false}};
     for (const auto& [written, flag] : cases)
-        EXPECT_EQ(component(text("<SQLField><primaryKey>%@</primaryKey></SQLField>", written))->getPrimaryKey(), flag) << written;
+        EXPECT_EQ(component(text("<SQLField><primaryKey>%@</primaryKey></SQLField>", written))->getPrimaryKey(), flag)
+            << written;
     // Kept: the safe route reads flags as it reads boolean properties.
     EXPECT_TRUE(component("<SQLField><primaryKey>true</primaryKey></SQLField>", Route::Safe)->getPrimaryKey());
     EXPECT_TRUE(component("<SQLField><primaryKey> 01</primaryKey></SQLField>", Route::Safe)->getPrimaryKey());
 }
 
 TEST(Parser, NumbersAreScannedAndClamped) {
-    const auto field = component("<SQLField><deleteAction>18446744073709551615</deleteAction><updateAction> 2x</updateAction>"
-                                 "<sourceCardinality>-1</sourceCardinality></SQLField>");
+    const auto field = component(
+        "<SQLField><deleteAction>18446744073709551615</deleteAction><updateAction> 2x</updateAction>"
+        "<sourceCardinality>-1</sourceCardinality></SQLField>");
     EXPECT_EQ(field->deleteAction(), 9223372036854775807u);
     EXPECT_EQ(field->updateAction(), 2u);
     EXPECT_EQ(field->sourceCardinality(), 18446744073709551615u);
     // Kept: sizes pass through single precision, points do not; on the safe route neither does.
-    const std::string frame = "<location><x>0.1</x><y>inf</y></location><size><width>0.1</width><height>1e999</height></size>";
+    const std::string frame =
+        "<location><x>0.1</x><y>inf</y></location><size><width>0.1</width><height>1e999</height></size>";
     EXPECT_EQ(table(frame)->frame().origin, (Point{0.1, 0}));
     EXPECT_EQ(table(frame)->frame().size.width, 0.1f);
     EXPECT_EQ(table(frame, Route::Safe)->frame().size.width, 0.1);
@@ -175,8 +183,9 @@ TEST(Parser, TheFirstLetterOfANameCountsInEitherCase) {
 }
 
 TEST(Parser, NamesOfOperationsThatTakeObjectsAreProperties) {
-    for (const char* name : {"label", "container", "parent", "properties", "undoManager", "frame", "fields", "objectStyle",
-                             "primaryKeyToFieldNames", "objectFont", "Location", "Size", "locationFromObject", "visualTheme"}) {
+    for (const char* name :
+         {"label", "container", "parent", "properties", "undoManager", "frame", "fields", "objectStyle",
+          "primaryKeyToFieldNames", "objectFont", "Location", "Size", "locationFromObject", "visualTheme"}) {
         const auto container = read(text("<SQLTable><%@>x</%@></SQLTable>", name, name));
         EXPECT_EQ(first(container)->getProperty(name), "x") << name;
         EXPECT_EQ(first(container)->topLevelContainer(), container.get()) << name;
@@ -202,9 +211,9 @@ TEST(Parser, WhatStandsInTheWrongPlaceIsLoggedAndLeftOut) {
         {"<SQLObjectLabel><QVObjectStyle/></SQLObjectLabel>", misplaced},
         {"<SQLTable><SQLIndex><SQLForeignKeyEntry/></SQLIndex></SQLTable>", ""},
         {"<SQLTable><SQLForeignKey><SQLIndexEntry/></SQLForeignKey></SQLTable>", ""},
-        {"<SQLSchema><name>s</name></SQLSchema>",
-         "attempted to add object failed Warning adding object of type "},
-        {"<SQLContainer><SQLContainer/></SQLContainer>", "attempted to add object failed A document cannot hold itself"},
+        {"<SQLSchema><name>s</name></SQLSchema>", "attempted to add object failed Warning adding object of type "},
+        {"<SQLContainer><SQLContainer/></SQLContainer>",
+         "attempted to add object failed A document cannot hold itself"},
     };
     for (const auto& [inside, firstLine] : cases) {
         LogCapture log;
@@ -218,7 +227,10 @@ TEST(Parser, WhatStandsInTheWrongPlaceIsLoggedAndLeftOut) {
     }
     EXPECT_EQ(read("<allowsFieldObject>1</allowsFieldObject><SQLField><name>f</name></SQLField>")->count(), 1u);
     EXPECT_EQ(component<SQLIndex>("<SQLIndex><name>i</name><QVObjectStyle><font key='objectFont' name='F' size='9'/>"
-                                  "</QVObjectStyle></SQLIndex>")->objectFont().name, "F");
+                                  "</QVObjectStyle></SQLIndex>")
+                  ->objectFont()
+                  .name,
+              "F");
 }
 
 TEST(Parser, ElementsInsidePropertyElementsBelongToNothing) {
@@ -235,16 +247,18 @@ TEST(Parser, ElementsInsidePropertyElementsBelongToNothing) {
 
 TEST(Parser, AStyleReadsAttributesOnly) {
     LogCapture log;
-    const auto style = table("<QVObjectStyle><font key='objectFont' name='' size='9'/><ink key='k'/>"
-                             "<hasFontSetting>1</hasFontSetting></QVObjectStyle>")->objectStyle();
+    const auto style = table(
+                           "<QVObjectStyle><font key='objectFont' name='' size='9'/><ink key='k'/>"
+                           "<hasFontSetting>1</hasFontSetting></QVObjectStyle>")
+                           ->objectStyle();
     EXPECT_TRUE(style->isEmpty());
     EXPECT_TRUE(style->hasFontSetting());
     EXPECT_THAT(log.lines(), ElementsAre(StartsWith("failed to read font "), "QVObjectStyle doesn't support ink keys"));
 }
 
 TEST(Parser, ClassesThatAreNoPartOfADocumentStopTheLoad) {
-    for (const char* name : {"SQLObject", "SQLTableComponent", "SQLValue", "Parser", "QVParserElement", "SQLiteExporter",
-                             "SQLForeignKeyObjectGraph", "QVVisualThemeDark", "ProgressWatcher"}) {
+    for (const char* name : {"SQLObject", "SQLTableComponent", "SQLValue", "Parser", "QVParserElement",
+                             "SQLiteExporter", "SQLForeignKeyObjectGraph", "QVVisualThemeDark", "ProgressWatcher"}) {
         EXPECT_EQ(failureOf([&] { (void)table(text("<%@/>", name)); }),
                   text("XML Security Exception: Object (%@) did not implement protocol SQLObjectImportable", name));
     }
@@ -266,7 +280,8 @@ TEST(Parser, FailuresSayWhatAndWhere) {
     const TempFolder folder;
     const auto file = folder.write("d.xml", "<SQLContainer>\n<a></b>");
     Parser parser;
-    const std::string place = "Error 76, Description: A closing tag does not match the element that is open, Line: 2, Column: 6";
+    const std::string place =
+        "Error 76, Description: A closing tag does not match the element that is open, Line: 2, Column: 6";
     EXPECT_EQ(failureOf([&] { (void)parser.parseXMLFromPath(file); }), "XMLParseException: " + place);
     auto container = SQLContainer::newContainer();
     EXPECT_EQ(failureOf([&] { parser.parseXMLFromData("<SQLContainer>\n<a></b>", *container); }),
@@ -282,11 +297,13 @@ TEST(Parser, FailuresSayWhatAndWhere) {
 TEST(Parser, TextIsUTF8WhateverItSays) {
     const LogCapture log;
     Parser parser;
-    auto container = parser.parseXMLFromString("<?xml version='1.0' encoding='ISO-8859-1'?><SQLContainer><n>é</n></SQLContainer>");
+    auto container =
+        parser.parseXMLFromString("<?xml version='1.0' encoding='ISO-8859-1'?><SQLContainer><n>é</n></SQLContainer>");
     EXPECT_EQ(container->getProperty("n"), "é");
     EXPECT_EQ(parser.parseXMLFromString("<SQLContainer><n>a\xFFz</n></SQLContainer>")->getProperty("n"), "a\uFFFDz");
     container = SQLContainer::newContainer();
-    parser.parseXMLFromData("<?xml version='1.0' encoding='ISO-8859-1'?><SQLContainer><n>\xE9</n></SQLContainer>", *container);
+    parser.parseXMLFromData("<?xml version='1.0' encoding='ISO-8859-1'?><SQLContainer><n>\xE9</n></SQLContainer>",
+                            *container);
     EXPECT_EQ(container->getProperty("n"), "é");
     EXPECT_THAT(log.lines(), IsEmpty());
 }
@@ -317,7 +334,8 @@ TEST(Parser, AContainerHearsOfDataThatWasRead) {
 
 TEST(Parser, ArchivedObjectsComeWithoutADocument) {
     LogCapture log;
-    const auto object = objectFromArchivedXML("<SQLTable><name>t</name><zorder>4</zorder><SQLField><name>a</name></SQLField></SQLTable>");
+    const auto object = objectFromArchivedXML(
+        "<SQLTable><name>t</name><zorder>4</zorder><SQLField><name>a</name></SQLField></SQLTable>");
     ASSERT_TRUE(as<SQLTable>(object));
     EXPECT_EQ(object->container(), nullptr);
     EXPECT_EQ(object->getProperty(keys::zorder), "4");

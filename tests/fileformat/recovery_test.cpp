@@ -16,23 +16,23 @@
 namespace vellicor {
 namespace {
 
-using testing::LogCapture;
-using testing::TempFolder;
 using ::testing::AllOf;
 using ::testing::ElementsAre;
 using ::testing::HasSubstr;
 using ::testing::IsEmpty;
+using testing::LogCapture;
 using ::testing::StartsWith;
+using testing::TempFolder;
 
 TEST(Recovery, OnlyCertainBytesAreKept) {
     const std::pair<std::string, std::string> cases[] = {
         {std::string("a\0b\x01\x1F\x7F~ \t\n\r", 11), "ab~ \t\n\r"},
         {"é ß €", "é ß €"},
-        {"x\U0001F600y", "xy"},                       // Kept: four bytes are dropped
-        {"\xC3(\xA9)", "()"},                         // a lead without its tail, a tail without its lead
-        {"\xE2\x82\xC3\xA9", "é"},                    // the broken sequence does not eat the whole one behind it
-        {"\xC0\xAF\xC1\xBF\xE0\x80\xAF|", "|"},       // overlong
-        {"\xED\xA0\x80\xED\x9F\xBF", "\xED\x9F\xBF"}, // a surrogate; the last character before them
+        {"x\U0001F600y", "xy"},                        // Kept: four bytes are dropped
+        {"\xC3(\xA9)", "()"},                          // a lead without its tail, a tail without its lead
+        {"\xE2\x82\xC3\xA9", "é"},                     // the broken sequence does not eat the whole one behind it
+        {"\xC0\xAF\xC1\xBF\xE0\x80\xAF|", "|"},        // overlong
+        {"\xED\xA0\x80\xED\x9F\xBF", "\xED\x9F\xBF"},  // a surrogate; the last character before them
         {"end\xE2\x82", "end"},
     };
     for (const auto& [damaged, kept] : cases) EXPECT_EQ(dataByRemovingInvalidCharacters(damaged), kept) << damaged;
@@ -40,7 +40,8 @@ TEST(Recovery, OnlyCertainBytesAreKept) {
 
 TEST(Recovery, LostSlashesOfReferencesAreCountedAndPutBack) {
     LogCapture log;
-    EXPECT_EQ(attemptBrokenReference("<![CDATA[x]]></referenceDependentField>"), "<![CDATA[x]]></referenceDependentField>");
+    EXPECT_EQ(attemptBrokenReference("<![CDATA[x]]></referenceDependentField>"),
+              "<![CDATA[x]]></referenceDependentField>");
     EXPECT_THAT(log.lines(), IsEmpty());
     EXPECT_EQ(attemptBrokenReference("a]]>referenceDependentField>b]]>referenceDependentField>"),
               "a]]></referenceDependentField>b]]></referenceDependentField>");
@@ -70,7 +71,8 @@ TEST(Recovery, EachDamageIsRepairedAndRemembered) {
     const Damage cases[] = {
         {"a control character", kTable + "<objectComment>x\x02y</objectComment></SQLField></SQLTable>", ""},
         {"a byte of another encoding", kTable + "<objectComment>x\xE9y</objectComment></SQLField></SQLTable>", ""},
-        {"a lost slash", kTable + "<referenceDependentField><![CDATA[U]]>referenceDependentField></SQLField></SQLTable>",
+        {"a lost slash",
+         kTable + "<referenceDependentField><![CDATA[U]]>referenceDependentField></SQLField></SQLTable>",
          "[NOTE] Found 1 occurances"},
         {"a key that is no name", kTable + "</SQLField><django:model(x)>m</django:model(x)></SQLTable>", "FIX: "},
         {"two columns of a name", kTable + "</SQLField><SQLField><name>A</name></SQLField></SQLTable>",
@@ -85,7 +87,8 @@ TEST(Recovery, EachDamageIsRepairedAndRemembered) {
         auto table = as<SQLTable>(container->objectList()[0]);
         EXPECT_TRUE(table->getFieldByName("a")) << damage.what;
         const auto lines = log.lines();
-        EXPECT_THAT(lines.at(0), AllOf(StartsWith("Error occurred during parsing :"), HasSubstr(".\n Attempting Recovery\n")));
+        EXPECT_THAT(lines.at(0),
+                    AllOf(StartsWith("Error occurred during parsing :"), HasSubstr(".\n Attempting Recovery\n")));
         if (damage.loggedBy.empty())
             EXPECT_EQ(table->getFieldByName("a")->getComment(), "xy") << damage.what;
         else
@@ -98,11 +101,13 @@ TEST(Recovery, WhatCannotBeRepairedReachesTheCaller) {
     LogCapture log;
     auto container = SQLContainer::newContainer();
     Parser parser;
-    EXPECT_THROW(parser.parseXMLWithRecoveryFromData("<SQLContainer><SQLTable/><SQLObject/></SQLContainer>", *container),
-                 SQLException);
+    EXPECT_THROW(
+        parser.parseXMLWithRecoveryFromData("<SQLContainer><SQLTable/><SQLObject/></SQLContainer>", *container),
+        SQLException);
     EXPECT_EQ(log.lines().size(), 1u);
     // The flag of the second attempt is gone: a duplicate is an error again.
-    EXPECT_THROW(parser.parseXMLFromData("<SQLContainer>" + kTable + "</SQLField><SQLField><name>a</name></SQLField></SQLTable></SQLContainer>",
+    EXPECT_THROW(parser.parseXMLFromData("<SQLContainer>" + kTable +
+                                             "</SQLField><SQLField><name>a</name></SQLField></SQLTable></SQLContainer>",
                                          *container),
                  SQLException);
 }
@@ -129,7 +134,8 @@ TEST(DocumentFile, ADamagedFileIsLoadedAndItsDamageTold) {
     EXPECT_FALSE(whole.recovered);
     EXPECT_THAT(whole.damage, IsEmpty());
     EXPECT_TRUE(whole.container->getPropertyAsBoolean(keys::documentRecoveryOccurred));
-    EXPECT_THAT(loadDocumentData("<SQLContainer><n>a\x01z</n></SQLContainer>", "input").damage, StartsWith("line 1, column 19: "));
+    EXPECT_THAT(loadDocumentData("<SQLContainer><n>a\x01z</n></SQLContainer>", "input").damage,
+                StartsWith("line 1, column 19: "));
 }
 
 TEST(DocumentFile, FailuresNameTheFileAndTheRemedy) {
@@ -149,7 +155,8 @@ TEST(DocumentFile, FailuresNameTheFileAndTheRemedy) {
         {folder.write("b.xml", "<SQLContainer><Parser/></SQLContainer>"), Kind::NotADocument, "XML Security Exception",
          "did not help: Object (Parser) did not implement"},
         {folder.write("c.xml", "<svg/>"), Kind::NotADocument, "ParsingException", "its outermost element is \"svg\""},
-        {folder.write("e.xml", "<!DOCTYPE x [<!ENTITY e SYSTEM '/etc/hostname'>]><SQLContainer><n>&e;</n></SQLContainer>"),
+        {folder.write("e.xml",
+                      "<!DOCTYPE x [<!ENTITY e SYSTEM '/etc/hostname'>]><SQLContainer><n>&e;</n></SQLContainer>"),
          Kind::NotADocument, "XMLParseException", "&e;"},
     };
     for (const auto& expected : cases) {
@@ -171,7 +178,8 @@ TEST(DocumentFile, FailuresNameTheFileAndTheRemedy) {
 TEST(DocumentFile, FilesBesideADocumentMayBelongToIt) {
     const TempFolder folder;
     folder.write("parts/t.xml", "<SQLTable><name>t</name></SQLTable>");
-    const auto file = folder.write("d.xml", "<!DOCTYPE x [<!ENTITY t SYSTEM 'parts/t.xml'>]><SQLContainer>&t;</SQLContainer>");
+    const auto file =
+        folder.write("d.xml", "<!DOCTYPE x [<!ENTITY t SYSTEM 'parts/t.xml'>]><SQLContainer>&t;</SQLContainer>");
     EXPECT_TRUE(loadDocument(file).container->getObjectByName("t"));
     LogCapture log;
     EXPECT_THROW((void)loadDocumentData(TempFolder::read(file), "input"), DocumentFileError);

@@ -20,15 +20,17 @@
 namespace vellicor {
 namespace {
 
-using testing::LogCapture;
-using testing::ScopedPreference;
-using testing::TempFolder;
 using ::testing::ElementsAre;
 using ::testing::HasSubstr;
 using ::testing::IsEmpty;
+using testing::LogCapture;
 using ::testing::Not;
+using testing::ScopedPreference;
+using testing::TempFolder;
 
-std::filesystem::path example(const char* name) { return std::filesystem::path(VELLICOR_SOURCE_DIR) / "examples" / name; }
+std::filesystem::path example(const char* name) {
+    return std::filesystem::path(VELLICOR_SOURCE_DIR) / "examples" / name;
+}
 
 std::string resaved(const std::filesystem::path& file) {
     const TempFolder folder;
@@ -50,6 +52,13 @@ TEST_P(ExamplesOnBothRoutes, AreWrittenAsTheyWereRead) {
     EXPECT_EQ(resaved(example("shop.xml")), TempFolder::read(example("shop.xml")));
     EXPECT_EQ(resaved(example("warehouse.xml")), TempFolder::read(example("warehouse.xml")));
     EXPECT_THAT(log.lines(), IsEmpty());
+}
+
+TEST(Examples, LabelsThatOnlyTablesCarryKeepTheirUids) {
+    const TempFolder folder;
+    const std::string first = resaved(example("warehouse.xml"));
+    EXPECT_THAT(first, Not(HasSubstr("<SQLObjectLabel>")));
+    EXPECT_EQ(resaved(folder.write("again.xml", first)), first);
 }
 
 TEST(Examples, AnOldDocumentIsBroughtUpToDateOnce) {
@@ -79,7 +88,7 @@ TEST(Examples, AnOldDocumentIsBroughtUpToDateOnce) {
     EXPECT_EQ(check(employees), "employees_salary: salary >= 0");
     EXPECT_EQ(check(as<SQLTable>(container.getObjectByName("departments"))),
               "department_no_check_cons: department_no BETWEEN 1 AND 999");
-    EXPECT_TRUE(container.documentInfo()->getDropTableOption());
+    EXPECT_TRUE(container.documentInfo()->getSnapToGrid());
 
     const std::string first = container.xmlDocument();
     EXPECT_THAT(first, HasSubstr("<tableIcon><![CDATA[people]]></tableIcon>"));
@@ -92,21 +101,21 @@ TEST(Examples, AnOldDocumentIsBroughtUpToDateOnce) {
 constexpr const char* kTextKeys[] = {
     keys::objectComment, keys::labelColor, keys::labelUid, keys::primaryKeyName, keys::tablespace,
     keys::tableAutoIncrementStart, keys::tableCharacterSet, keys::tableCollation, keys::fieldBackgroundColor,
-    keys::indexNamePrefix, keys::refTableName, keys::refFieldName, keys::connectorMidPoint, keys::referenceLinkName,
-    keys::uniqueIndexName, keys::defaultValue, keys::indexedKeyName, keys::indexSize, keys::fieldCharacterSet,
-    keys::fieldCollation, keys::onUpdateFieldValue, keys::foreignKeyName, keys::checkConstraint, keys::indexType,
-    keys::prefixSize, keys::fieldUid, keys::targetTableName, keys::queryString, keys::commentTitle,
-    keys::generatorVersion, keys::generator, keys::fileFormatVersion, keys::exportDialect,
-    keys::header, keys::footer, keys::postExportSQL, keys::prologueExportSQL, keys::cardinalityNotationStyle,
-    "checkConstraintName", "a_key_of_a_later_version", "Größe"};
+    keys::indexNamePrefix, keys::refTableName, keys::refFieldName, keys::connectorMidPoint,
+    keys::referenceLinkName, keys::uniqueIndexName, keys::defaultValue, keys::indexedKeyName, keys::indexSize,
+    keys::fieldCharacterSet, keys::fieldCollation, keys::onUpdateFieldValue, keys::foreignKeyName,
+    keys::checkConstraint, keys::indexType, keys::prefixSize, keys::fieldUid, keys::targetTableName,
+    keys::queryString, keys::commentTitle, keys::generatorVersion, keys::generator, keys::fileFormatVersion,
+    keys::exportDialect, keys::header, keys::footer, keys::postExportSQL, keys::prologueExportSQL,
+    keys::cardinalityNotationStyle, "checkConstraintName", "a_key_of_a_later_version", "Größe"};
 constexpr const char* kFlagKeys[] = {
-    keys::hidden, keys::allowsIndexRenamingOnInsert, keys::isVisibleCleanupPostImport, keys::documentRecoveryOccurred,
-    keys::ignoreWhenExporting, keys::cannotLinkToObject, keys::isLocked, keys::incompleteReferenceTarget,
-    keys::deferrable, keys::initiallyDeferred, keys::connectorHidden, keys::notNull, keys::unique, keys::forcedUnique,
-    keys::noQuoteDefault, keys::autoIncrement, keys::unsigned_, keys::zeroFill, keys::binary, keys::timezone,
-    keys::indexed, keys::unknownReferenceType, keys::hideConstraintName, keys::targetsPrimaryKey,
-    keys::shouldDrawFrame, keys::pageBoundariesVisible, keys::pageGridVisible, keys::snapToGrid, keys::dropTableOption,
-    keys::autoSizeTablesOption};
+    keys::hidden, keys::allowsIndexRenamingOnInsert, keys::isVisibleCleanupPostImport,
+    keys::documentRecoveryOccurred, keys::ignoreWhenExporting, keys::cannotLinkToObject, keys::isLocked,
+    keys::incompleteReferenceTarget, keys::deferrable, keys::initiallyDeferred, keys::connectorHidden,
+    keys::notNull, keys::unique, keys::forcedUnique, keys::noQuoteDefault, keys::autoIncrement, keys::unsigned_,
+    keys::zeroFill, keys::binary, keys::timezone, keys::indexed, keys::unknownReferenceType,
+    keys::hideConstraintName, keys::targetsPrimaryKey, keys::shouldDrawFrame, keys::pageBoundariesVisible,
+    keys::pageGridVisible, keys::snapToGrid, keys::dropTableOption, keys::autoSizeTablesOption};
 
 std::string valueFor(std::string_view key) { return text("<%@> ]]> & 'ü' \U0001F600\n\tend ", key); }
 
@@ -121,7 +130,8 @@ void fill(SQLObject& object) {
 
 void expectFilled(const SQLObject& object) {
     for (const std::string key : kTextKeys) {
-        if (object.getClassType() == "SQLViewEntry" && (key == keys::referenceLinkName || key == keys::foreignKeyName)) continue;
+        if (object.getClassType() == "SQLViewEntry" && (key == keys::referenceLinkName || key == keys::foreignKeyName))
+            continue;
         EXPECT_EQ(object.getProperty(key), valueFor(key)) << object.getClassType();
     }
     for (const char* key : kFlagKeys) EXPECT_EQ(object.getProperty(key), "1") << object.getClassType() << " " << key;
@@ -144,10 +154,13 @@ TEST_P(PropertiesOnBothRoutes, EveryKeyOfEveryKindOfObjectSurvives) {
     auto view = SQLView::viewWithName("v");
     const auto row = SQLViewEntry::viewEntryWithName("columns", "label");
     view->add(row);
-    const std::shared_ptr<SQLObject> peers[] = {table, view, SQLComment::initWithComment("c"), SQLCanvasArea::initWithString("a")};
+    const std::shared_ptr<SQLObject> peers[] = {table, view, SQLComment::initWithComment("c"),
+                                                SQLCanvasArea::initWithString("a")};
     for (const auto& peer : peers) {
         fill(*peer);
-        for (const auto& held : as<SQLTable>(peer.get()) ? as<SQLTable>(peer.get())->getFields() : SQLTable::Components()) fill(*held);
+        for (const auto& held :
+             as<SQLTable>(peer.get()) ? as<SQLTable>(peer.get())->getFields() : SQLTable::Components())
+            fill(*held);
         container->add(peer);
     }
     // Rows of views take part in no reference; they take these names and keep nothing.

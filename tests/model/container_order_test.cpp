@@ -57,7 +57,8 @@ std::string orderedByForeignKeys(const Document& document) {
 TEST(ContainerOrder, ByNameUidAndStacking) {
     const Document document = tables({"b10", "B9", "a_b", "a1", "sales.a"});
     std::int64_t uid = 0;
-    for (const char* text : {"b", "A", "a_", "a1", "C"}) document->objectList()[static_cast<std::size_t>(uid++)]->setUid(text);
+    for (const char* text : {"b", "A", "a_", "a1", "C"})
+        document->objectList()[static_cast<std::size_t>(uid++)]->setUid(text);
     EXPECT_EQ(names(document->objectListSortedByName()), "a_b a1 B9 b10 sales.a");
     EXPECT_EQ(names(document->objectListSortedByUid()), "B9 a1 a_b b10 sales.a");
     named(document, "a1").setZOrder(0);
@@ -89,8 +90,8 @@ TEST(ContainerOrder, ReferencedTablesComeFirst) {
          {{"order_items", "orders"}, {"order_items", "products"}, {"orders", "customers"}},
          "customers orders products order_items"},
         {{"a", "b", "c", "d", "e", "f"}, {{"a", "b"}, {"b", "c"}, {"c", "d"}, {"d", "e"}, {"e", "f"}}, "f e d c b a"},
-        {{"a", "b"}, {{"a", "a"}}, "a b"},                  // itself
-        {{"b", "a", "c"}, {{"a", "b"}, {"b", "a"}}, "c b a"},  // a ring ends after five passes
+        {{"a", "b"}, {{"a", "a"}}, "a b"},                     // itself
+        {{"b", "a", "c"}, {{"a", "b"}, {"b", "a"}}, "c a b"},  // a ring ends after five passes
     };
     for (const auto& [list, references, expected] : cases) {
         const Document document = tables(list);
@@ -219,8 +220,8 @@ TEST(ContainerSchemas, RemovingIsOneUndoStepThatBringsTheSchemaBack) {
 TEST(ContainerSchemas, SweepingAndClearing) {
     const Document document = SQLContainer::newContainer();
     for (const char* name : {"a", "b", "c"}) document->addSchema(SQLSchema::schemaWithName(name));
-    document->schemaList()[1]->setAutoDeleteWhenEmpty(false);
-    document->schemaList()[2]->setIsDefault(true);
+    document->schemaList()[2]->setAutoDeleteWhenEmpty(false);
+    document->schemaList()[3]->setIsDefault(true);
     document->removeAllSchema();
     EXPECT_EQ(schemas(document), "(none):0 b:0 c:0 ");
     document->removeEmptySchema();

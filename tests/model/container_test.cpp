@@ -1,4 +1,4 @@
-// tests/model/container_test.cpp — what a document holds, how it is found, written and copied.
+// tests/model/container_test.cpp — what a document holds, and how it is found.
 #include "vellicor/model/container.h"
 
 #include <gmock/gmock.h>
@@ -10,7 +10,6 @@
 
 #include "tests/support/log_capture.h"
 #include "tests/support/scoped_preference.h"
-#include "vellicor/export/export_dialect.h"
 #include "vellicor/export/foreign_key_graph.h"
 #include "vellicor/model/comment.h"
 #include "vellicor/model/document_info.h"
@@ -26,7 +25,6 @@
 namespace vellicor {
 namespace {
 
-using ::testing::ElementsAre;
 using ::testing::HasSubstr;
 using ::testing::IsEmpty;
 using vellicor::testing::LogCapture;
@@ -248,7 +246,8 @@ TEST(Container, StackingOrderPlacesAnObjectInTheListToo) {
 
 TEST(Container, FindsByName) {
     const Document document = SQLContainer::newContainer();
-    for (const char* name : {"Orders", "public.orders", "sales.Items", "b\xC3\xBCro", "items_note"}) addTable(document, name);
+    for (const char* name : {"Orders", "public.orders", "sales.Items", "b\xC3\xBCro", "items_note"})
+        addTable(document, name);
     document->add(comment("Items"));
     document->add(comment("a.b.c"));
     document->add(SQLView::viewWithName("sales.overview"));
@@ -370,7 +369,7 @@ TEST(Container, BehavesLikeAPlainListAtAnySize) {
     std::vector<std::shared_ptr<SQLObjectPeer>> plain;
     std::mt19937 random(7);
     auto below = [&](std::size_t bound) { return std::uniform_int_distribution<std::size_t>(0, bound - 1)(random); };
-    for (int step = 0; step < 4000; ++step) {
+    for (int step = 0; step < 2500; ++step) {
         const std::size_t choice = below(10);
         if (choice < 6 || plain.empty()) {
             const auto added = table("t" + std::to_string(below(400)));
@@ -393,16 +392,18 @@ TEST(Container, BehavesLikeAPlainListAtAnySize) {
                 plain.insert(plain.begin() + static_cast<std::ptrdiff_t>(target), object);
             }
         }
-        if (step == 2000) {
+        if (step == 1500) {
             document->reorderByUID();
             std::ranges::stable_sort(plain, {}, [](const auto& object) { return object->uid(); });
         }
         const std::string wanted = "T" + std::to_string(below(400));
-        const auto first = std::ranges::find_if(plain, [&](const auto& each) { return equalIgnoringCase(each->getName(), wanted); });
+        const auto first =
+            std::ranges::find_if(plain, [&](const auto& each) { return equalIgnoringCase(each->getName(), wanted); });
         ASSERT_EQ(document->getObjectByName(wanted, false), first == plain.end() ? nullptr : first->get()) << step;
     }
     ASSERT_EQ(document->objectList(), plain);
-    for (std::size_t i = 0; i + 1 < plain.size(); ++i) ASSERT_EQ(document->getNextObject(*plain[i]), plain[i + 1].get());
+    for (std::size_t i = 0; i + 1 < plain.size(); ++i)
+        ASSERT_EQ(document->getNextObject(*plain[i]), plain[i + 1].get());
 }
 
 TEST(Container, ForeignKeyNamesAreFreeWhereThePreferenceAsksForIt) {
@@ -479,154 +480,6 @@ TEST(Container, Geometry) {
     document->relocateAllToBase({100, 50});
     EXPECT_EQ(document->origin(), Point());
     EXPECT_EQ(b->location(), (Point{50, 0}));
-}
-
-/// A document with two tables, a comment, properties and a label.
-Document sample() {
-    const Document document = SQLContainer::newContainer();
-    const auto orders = addTable(document, "sales.orders");
-    orders->setUid("b");
-    orders->add(SQLField::fieldWithName("id", "int"));
-    orders->setComment("holds ]]> and\nlines");
-    addTable(document, "customers")->setUid("C");
-    document->add(comment("note"));
-    document->objectList()[2]->setUid("A");
-    document->setProperty("AllowsIndexRenamingOnInsert", "1");
-    document->objectLabelManager()->addLabel(SQLObjectLabel::labelWithName("red", Color::sRGB(1, 0, 0)), false);
-    return document;
-}
-
-TEST(Container, StreamedDocumentIsTheTreeAsText) {
-    const Document document = sample();
-    for (bool labels : {false, true}) {
-        ScopedPreference preference(prefs::documentLevelLabels, Value::boolean(labels));
-        const std::string xml = document->xmlDocument();
-        EXPECT_EQ(xml, std::string(xmlDeclaration) + document->exportToXMLNode().text());
-        EXPECT_EQ(xml.find("<SQLObjectLabel>") != std::string::npos, labels);
-        const XMLElement wrapper("wrapper");
-        document->exportToXMLNode(&wrapper);
-        EXPECT_THAT(wrapper.text(), HasSubstr("\n    <SQLContainer>\n        <SQLComment>\n"));
-        std::size_t last = 0;
-        for (const char* part : {"<SQLComment>", "sales", "customers", "<SQLDocumentInfo>", "\n    <AllowsIndexRenamingOnInsert>"}) {
-            const std::size_t place = xml.find(part);
-            EXPECT_TRUE(place != xml.npos && place > last) << part;
-            last = place;
-        }
-    }
-    const Document empty = SQLContainer::newContainer();
-    EXPECT_EQ(empty->xmlDocument(), std::string(xmlDeclaration) + empty->exportToXMLNode().text());
-}
-
-TEST(Container, StrayColumnsAreNotWritten) {
-    const Document document = SQLContainer::newContainer();
-    const auto column = SQLField::fieldWithName("id", "int");
-    document->setObjects({column});
-    LogCapture log;
-    EXPECT_EQ(document->xmlDocument().find("SQLField"), std::string::npos);
-    EXPECT_THAT(log.lines(), ElementsAre("removed stray SQLField from container\n" + column->exportToXML() + "\n"));
-}
-
-TEST(Container, Json) {
-    const Document document = sample();
-    Value::Map json = document->jsonDictionary();
-    EXPECT_EQ(json["ClassType"], Value("SQLContainer"));
-    EXPECT_EQ(*json["documentInfo"].find("ClassType"), Value("SQLDocumentInfo"));
-    EXPECT_EQ(json["objects"].asList()->size(), 3u);
-    EXPECT_EQ(*json["objects"].asList()->front().find("ClassType"), Value("SQLComment"));
-    EXPECT_EQ(json["hasTables"], Value::boolean(true));
-    EXPECT_FALSE(json.contains("hasViews"));
-    EXPECT_EQ(*json["properties"].find("AllowsIndexRenamingOnInsert"), Value("1"));
-    document->add(SQLView::viewWithName("v"));
-    EXPECT_EQ(document->jsonDictionary()["hasViews"], Value::boolean(true));
-}
-
-TEST(Container, CopyStandsForItself) {
-    const Document document = sample();
-    document->documentInfo()->setHeader("top");
-    const auto copy = copyOf(*document);
-    EXPECT_EQ(names(copy->objectList()), names(document->objectList()));
-    for (const auto& object : copy->objectList()) {
-        EXPECT_FALSE(document->contains(*object));
-        EXPECT_EQ(object->container(), copy.get());
-        EXPECT_NE(document->getObjectWithUID(object->uid()), nullptr);
-    }
-    EXPECT_EQ(copy->documentInfo()->getHeader(), "top");
-    EXPECT_EQ(copy->getProperty("AllowsIndexRenamingOnInsert"), "1");
-    ASSERT_EQ(copy->objectLabelManager()->labelList().size(), 1u);
-    EXPECT_EQ(copy->objectLabelManager()->labelList()[0]->uid(), document->objectLabelManager()->labelList()[0]->uid());
-    EXPECT_NE(copy->objectLabelManager()->labelList()[0], document->objectLabelManager()->labelList()[0]);
-}
-
-TEST(Container, ArchivesHoldObjectsButNoLinks) {
-    const Document document = sample();
-    document->getObjectByName("note")->setZOrder(0);
-    KeyedArchiver archiver;
-    document->encodeWithCoder(archiver);
-    EXPECT_EQ(archiver.entries().at("name"), Value("SQLContainer"));
-    EXPECT_TRUE(archiver.entries().contains("documentInfo"));
-    EXPECT_FALSE(archiver.entries().contains("labelManager"));
-    {
-        ScopedPreference labels(prefs::documentLevelLabels);
-        KeyedArchiver other;
-        document->encodeWithCoder(other);
-        EXPECT_EQ(*other.entries().at("labelManager").find("labels")->asList()->front().find("name"), Value("red"));
-    }
-
-    const auto decoded = SQLContainer::initWithCoder(KeyedUnarchiver::fromData(archiver.data()));
-    EXPECT_EQ(names(decoded->objectList()), (std::vector<std::string>{"note", "sales.orders", "customers"}));
-    EXPECT_EQ(names(decoded->objectListByZOrder()), names(document->objectListByZOrder()));
-    EXPECT_NE(decoded->getObjectWithUID("A"), nullptr);
-    EXPECT_FALSE(decoded->uidInContainer("A"));
-    EXPECT_EQ(decoded->firstElement()->container(), nullptr);
-    EXPECT_NE(as<SQLTable>(decoded->getObjectByName("sales.orders"))->getFieldByName("id"), nullptr);
-}
-
-TEST(Container, OwnScript) {
-    const Document document = SQLContainer::newContainer();
-    EXPECT_EQ(document->exportToSQLInternal(), "");
-    document->add(create<SQLCanvasArea>());
-    EXPECT_EQ(document->exportToSQLInternal(), "/* Vellicor export */\n\n\n");
-    const auto a = addTable(document, "a"), b = addTable(document, "b");
-    a->add(SQLField::fieldWithName("id", "int"));
-    b->add(SQLField::fieldWithName("a_id", "int"));
-    b->getFieldByName("a_id")->setFkField(a->getFieldByName("id"));
-    const std::string script = document->exportToSQLInternal();
-    EXPECT_TRUE(script.starts_with("/* Vellicor export */\n\n\n" + a->exportToSQL() + "\n\n" + b->exportToSQL() + "\n\n")) << script;
-    EXPECT_TRUE(script.ends_with("/* Foreign keys */\n" + a->exportSQLForeignKey() + b->exportSQLForeignKey() + "\n")) << script;
-}
-
-TEST(Container, AnExporterRunsAfterTheTablesAreInOrder) {
-    struct Probe : SQLExportDialect {
-        std::string export_(SQLObject& object) override {
-            if (fails) throw SQLException("Probe", "no");
-            std::string sql = currentWasCleared ? "cleared" : "kept";
-            if (auto* document = object.asContainer())
-                for (const auto& each : document->objectList()) sql += " " + each->getName();
-            return sql;
-        }
-        void setCurrentExporter(std::shared_ptr<SQLExportDialect> exporter) override { currentWasCleared = !exporter; }
-        bool fails = false;
-        bool currentWasCleared = false;
-    };
-    const Document document = SQLContainer::newContainer();
-    const auto a = addTable(document, "a"), b = addTable(document, "b");
-    a->add(SQLField::fieldWithName("b_id", "int"));
-    b->add(SQLField::fieldWithName("id", "int"));
-    a->getFieldByName("b_id")->setFkField(b->getFieldByName("id"));
-    const auto probe = create<Probe>();
-    EXPECT_EQ(document->exportToSQL(*probe), "cleared b a");
-    probe->fails = true;
-    EXPECT_THROW((void)document->exportToSQL(*probe), SQLException);
-
-    document->documentInfo()->setExportDialect("MySQL");
-    ASSERT_NE(document->dialectExporter(), nullptr);
-    EXPECT_EQ(document->dialectExporter()->getName(), "MySQL");
-    EXPECT_EQ(document->currentDialectExporter()->getName(), "MySQL");
-    EXPECT_EQ(document->exportToSQLWithDialect("mysql"), document->exportToSQLWithDocumentInfo(shared(document->documentInfo())));
-    EXPECT_EQ(document->exportObjectToSQLWithDocumentInfo(*b, nullptr).find("b_id"), std::string::npos);
-    LogCapture log;
-    document->debug();
-    EXPECT_EQ(log.lines().back(), "SQLContainer debug\n" + document->exportToSQL() + "\n");
 }
 
 }  // namespace

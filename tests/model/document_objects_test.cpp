@@ -53,9 +53,9 @@ TEST_F(DocumentInfo, AnnouncesTheDialectOnceAndTakesItsExporter) {
     info.setDefaultExportDialect("SQLite");
     EXPECT_EQ(announced, 0);
     EXPECT_FALSE(undo->canUndo());
-    info.setExportDialect("MySQL");
+    info.setExportDialect("Oracle");
     EXPECT_EQ(announced, 1);
-    EXPECT_EQ(document->dialectExporter()->getName(), "MySQL");
+    EXPECT_EQ(document->dialectExporter()->getName(), "Oracle");
     EXPECT_EQ(undo->undoActionName(), "change export dialect");
     undo->undo();
     EXPECT_EQ(announced, 2);
@@ -121,8 +121,8 @@ TEST(Comment, HasATextAndATitleOfItsOwn) {
 }
 
 TEST(Comment, AndCanvasAreaAreWrittenAlikeAndCopiedWithTheirText) {
-    for (const std::shared_ptr<SQLComment>& comment :
-         {SQLComment::initWithComment("a ]]> b"), std::static_pointer_cast<SQLComment>(SQLCanvasArea::initWithString("a ]]> b"))}) {
+    const std::shared_ptr<SQLComment> area = SQLCanvasArea::initWithString("a ]]> b");
+    for (const auto& comment : {SQLComment::initWithComment("a ]]> b"), area}) {
         comment->setProperty(keys::uid, "C");
         comment->setDisplayName("Title");
         const std::string name(comment->getClassType());

@@ -228,8 +228,8 @@ TEST(Field, WritesItselfInOrder) {
               "    <uid><![CDATA[F]]></uid>\n</SQLField>\n");
     field->setReferences("gone", "id");
     field->setUpdateAction(static_cast<std::uint64_t>(-1));
-    EXPECT_THAT(field->exportToXML(), HasSubstr("</primaryKey>\n    <referencesField></referencesField>\n"
-                                                "    <referencesTable></referencesTable>\n"
+    EXPECT_THAT(field->exportToXML(), HasSubstr("</primaryKey>\n    <referencesField />\n"
+                                                "    <referencesTable />\n"
                                                 "    <updateAction>18446744073709551615</updateAction>\n    <uid>"))
         << "an unresolved reference has no names";
     EXPECT_EQ(field->exportSQLForeignKey("items"),

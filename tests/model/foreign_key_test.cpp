@@ -109,14 +109,20 @@ TEST_F(ForeignKey, FindsTargetAndColumnsByUidThenByName) {
         std::vector<std::string> log;
     } rows[] = {
         {{{keys::targetTableUid, orders.uid()}, {keys::targetTableName, "old"}},
-         {{keys::targetFieldUid, target("part")->uid()}, {keys::targetFieldName, "id"}, {keys::sourceFieldUid, source("part")->uid()}},
+         {{keys::targetFieldUid, target("part")->uid()},
+          {keys::targetFieldName, "id"},
+          {keys::sourceFieldUid, source("part")->uid()}},
          "(part) references (part)", {}},
         {{{keys::targetTableUid, noSuch}, {keys::targetTableName, "S.Orders"}},
-         {{keys::targetFieldUid, noSuch}, {keys::targetFieldName, "ID"}, {keys::sourceFieldUid, noSuch}, {keys::sourceFieldName, "\"order\""}},
+         {{keys::targetFieldUid, noSuch},
+          {keys::targetFieldName, "ID"},
+          {keys::sourceFieldUid, noSuch},
+          {keys::sourceFieldName, "\"order\""}},
          "(order) references (id)", {}},
         {{{keys::targetTableName, "s.orders"}}, {{keys::targetFieldName, "ghost"}, {keys::sourceFieldName, "ghost"}},
          "() references ()", {}},
-        {{{keys::targetTableName, "s.orders"}}, {}, "() references ()", {"no targetFieldName property", "no sourceFieldName property"}},
+        {{{keys::targetTableName, "s.orders"}}, {}, "() references ()",
+         {"no targetFieldName property", "no sourceFieldName property"}},
         {{}, {{keys::sourceFieldName, "order"}}, "() references ()", {}},
     };
     for (const auto& row : rows) {
@@ -133,7 +139,8 @@ TEST_F(ForeignKey, FindsTargetAndColumnsByUidThenByName) {
 }
 
 TEST_F(ForeignKey, WaitsForAMissingTable) {
-    auto made = read({{keys::targetTableName, "s.later"}}, {{{keys::targetFieldName, "x"}, {keys::sourceFieldName, "other"}}});
+    const Properties pair = {{keys::targetFieldName, "x"}, {keys::sourceFieldName, "other"}};
+    auto made = read({{keys::targetTableName, "s.later"}}, {pair});
     made->postLoadProcess();
     EXPECT_TRUE(made->getPropertyAsBoolean(keys::incompleteReferenceTarget));
     EXPECT_EQ(made->getProperty(keys::refTableName), "s.later");

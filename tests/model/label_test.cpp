@@ -45,12 +45,13 @@ struct LabelManager : ::testing::Test {
 TEST(Label, KeepsItsColourInSRGBAndReadsItsElements) {
     const auto label = SQLObjectLabel::labelWithName("urgent", Color{1, 0, 0, 1, ColorSpace::DeviceRGB});
     EXPECT_EQ(label->color().space, ColorSpace::SRGB);
-    EXPECT_EQ(label->description(), label->SQLObject::description() + " - name = urgent, color = " + label->colorString() +
-                                        ", uid = " + label->uid());
+    EXPECT_EQ(label->description(), label->SQLObject::description() + " - name = urgent, color = " +
+                                        label->colorString() + ", uid = " + label->uid());
     for (bool carefully : {false, true}) {
         const auto read = create<SQLObjectLabel>();
-        for (const char* key : {"name", "colorString", "hidden", "expanded"}) {
-            const std::string text = key == std::string_view("name") ? "urgent" : key == std::string_view("colorString") ? kBlue.string() : "1";
+        const std::pair<const char*, std::string> elements[] = {
+            {"name", "urgent"}, {"colorString", kBlue.string()}, {"hidden", "1"}, {"expanded", "1"}};
+        for (const auto& [key, text] : elements) {
             if (carefully)
                 read->setSafePropertyValue({text}, key);
             else
@@ -68,7 +69,8 @@ TEST(Label, KeepsItsColourInSRGBAndReadsItsElements) {
     EXPECT_EQ(copy->color(), label->color());
     EXPECT_TRUE(copy->isHidden() && copy->isDefault() && !copy->isExpanded());
     const std::string xml = label->exportToXML();
-    EXPECT_THAT(xml, ::testing::HasSubstr("<colorString><![CDATA[" + label->colorString() + "]]></colorString>\n    <hidden>1</hidden>\n"));
+    EXPECT_THAT(xml, ::testing::HasSubstr("<colorString><![CDATA[" + label->colorString() +
+                                          "]]></colorString>\n    <hidden>1</hidden>\n"));
     EXPECT_EQ(xml.find("expanded"), std::string::npos);
 }
 
@@ -126,7 +128,8 @@ TEST_F(LabelManager, TablesGetTheLabelTheyName) {
         return table;
     };
     for (const char* none : {"Default", "null", ""}) EXPECT_EQ(load(none, kRed.string())->label(), nullptr) << none;
-    const auto first = load("urgent", kRed.string()), second = load("urgent", kRed.string()), third = load("urgent", kBlue.string());
+    const auto first = load("urgent", kRed.string()), second = load("urgent", kRed.string()),
+               third = load("urgent", kBlue.string());
     ASSERT_NE(first->label(), nullptr);
     EXPECT_EQ(first->label()->color(), kRed);
     EXPECT_EQ(second->label(), first->label());
@@ -199,7 +202,8 @@ TEST_F(LabelManager, LabelsAreWrittenAndArchived) {
     KeyedArchiver coder;
     manager.encodeWithCoder(coder);
     const Value& blue = coder.entries().at("labels").asList()->at(1);
-    EXPECT_EQ(blue, Value(Value::Map{{"name", "blue"}, {"colorString", kBlue.string()}, {"hidden", "1"}, {"expanded", "0"}}));
+    EXPECT_EQ(blue,
+              Value(Value::Map{{"name", "blue"}, {"colorString", kBlue.string()}, {"hidden", "1"}, {"expanded", "0"}}));
 }
 
 }  // namespace

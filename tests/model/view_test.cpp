@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include "tests/support/log_capture.h"
+#include "vellicor/model/field.h"
 
 namespace vellicor {
 namespace {
@@ -41,7 +42,8 @@ TEST_F(View, ShowsThePartsOfItsQueryAsRows) {
     EXPECT_THAT(rows(*view), IsEmpty());
     for (int times = 0; times < 2; ++times) {
         view->updateFieldList();
-        EXPECT_THAT(rows(*view), ElementsAre("label columns", "column a.b", "column c", "label tables", "table t AS x", "table s.u"));
+        EXPECT_THAT(rows(*view), ElementsAre("label columns", "column a.b", "column c", "label tables", "table t AS x",
+                                             "table s.u"));
     }
     EXPECT_FALSE(document->uidInContainer(view->getField(0)->uid())) << "the document does not hear of these rows";
     EXPECT_THAT(view->flatObjectList(), ElementsAre(view));
@@ -54,7 +56,8 @@ TEST_F(View, TakesNothingButRows) {
     EXPECT_THAT(log.lines(),
                 ElementsAre("[WARN] attempted to add something that was not a SQLViewEntry to SQLView model",
                             "[WARN] attempted to add something that was not a SQLViewEntry to SQLView model"));
-    auto first = SQLViewEntry::viewEntryWithName("a", "column"), second = SQLViewEntry::viewEntryWithName("b", "column");
+    auto first = SQLViewEntry::viewEntryWithName("a", "column");
+    auto second = SQLViewEntry::viewEntryWithName("b", "column");
     second->setUid(first->uid());
     view->add(first);
     view->add(second);

@@ -69,7 +69,8 @@ TEST_F(ExamplePlugin, AddsADialectThatDocumentsCanUse) {
     id->setAutoIncrement(true);
     id->setNotNull(true);
     id->setPrimaryKey(true);
-    for (const auto& field : {id, column("count", "integer", "1"), column("note", "varchar", "it's")}) table->add(field);
+    for (const auto& field : {id, column("count", "integer", "1"), column("note", "varchar", "it's")})
+        table->add(field);
     document->add(table);
     document->documentInfo()->setExportDialect("standard sql");
     const auto exporter = document->currentDialectExporter();
@@ -90,7 +91,8 @@ TEST_F(ExamplePlugin, ItsPrincipalClassIsFoundByName) {
     writeInfo("renamed", "StandardSQLPlugin");
     manager.loadPlugins();
     EXPECT_THAT(manager.supportedExportTypes(true), ElementsAre("Standard SQL"));
-    EXPECT_THAT(log.lines(), ElementsAre("unable to load plugin [renamed] - invalid principle class", "Loaded Plugins: renamed 2"));
+    EXPECT_THAT(log.lines(),
+                ElementsAre("unable to load plugin [renamed] - invalid principle class", "Loaded Plugins: renamed 2"));
 }
 
 }  // namespace

@@ -17,17 +17,18 @@ namespace {
 namespace fs = std::filesystem;
 using ::testing::Contains;
 using ::testing::ElementsAre;
-using ::testing::HasSubstr;
 using ::testing::IsEmpty;
 using ::testing::SizeIs;
-using ::testing::StartsWith;
 using testing::LogCapture;
 using testing::ScopedEnvironment;
 using testing::TempFolder;
 
-constexpr std::string_view kScript = "<key>VellicorPlugin</key><dict><key>variant</key><string>javascript</string></dict>";
+constexpr std::string_view kScript =
+    "<key>VellicorPlugin</key><dict><key>variant</key><string>javascript</string></dict>";
 
-std::string entry(std::string_view key, std::string_view xml) { return "<key>" + std::string(key) + "</key>" + std::string(xml); }
+std::string entry(std::string_view key, std::string_view xml) {
+    return "<key>" + std::string(key) + "</key>" + std::string(xml);
+}
 std::string entryText(std::string_view key, std::string_view value) {
     return entry(key, "<string>" + std::string(value) + "</string>");
 }
@@ -89,7 +90,8 @@ TEST_F(PluginLoading, OfSeveralVersionsOnlyTheHighestIsLoaded) {
         loader.setPluginDirectoryList({files.path() / "a", files.path() / "b"});
         const std::string identifier = entryText("CFBundleIdentifier", "org.example.p") + std::string(kScript);
         files.write("a/p.bundle/Info.plist", propertyList(identifier + entry("CFBundleVersion", row.a)));
-        files.write("b/deeper/q.bundle/Contents/Info.plist", propertyList(identifier + entry("CFBundleVersion", row.b)));
+        files.write("b/deeper/q.bundle/Contents/Info.plist",
+                    propertyList(identifier + entry("CFBundleVersion", row.b)));
         loader.loadPlugins();
         ASSERT_THAT(loader.pluginList(), SizeIs(1)) << row.a << row.b;
         const fs::path expected = files.path() / (row.best == "a" ? "a/p.bundle" : "b/deeper/q.bundle");
@@ -103,7 +105,8 @@ TEST_F(PluginLoading, BundlesWithoutIdentifierOrVersionCostOneLineEach) {
     files.write("a/0.bundle/Info.plist", propertyList(entryText("CFBundleVersion", "1")));
     files.write("a/1.bundle/Info.plist", propertyList(identified("")));
     files.write("a/2.bundle/Info.plist", propertyList(entryText("CFBundleIdentifier", "x")));
-    files.write("a/3.bundle/Info.plist", propertyList(entryText("CFBundleIdentifier", "x") + entry("CFBundleVersion", "<dict/>")));
+    files.write("a/3.bundle/Info.plist",
+                propertyList(entryText("CFBundleIdentifier", "x") + entry("CFBundleVersion", "<dict/>")));
     files.write("a/4.bundle/Info.plist", "<plist version=\"1.0\"><dict><key>CFBundle");
     files.write("a/5.bundle/Info.plist", "<plist version=\"1.0\"><array/></plist>");
     files.write("a/6.bundle/readme", "");
@@ -140,7 +143,8 @@ TEST_F(PluginLoading, TheSearchStaysInItsFolderAndOutOfBundles) {
     for (const auto& [identifier, bundles] : loader.pluginMap())
         if (identifier != "z") found.push_back(identifier);  // a privileged user may look into locked folders
     EXPECT_THAT(found, ElementsAre("home", "nested", "outer"));
-    EXPECT_THAT(log.lines(), ElementsAre("ignored plugin outside of its folder (" + files.path().string() + "/a/link.bundle)"));
+    EXPECT_THAT(log.lines(),
+                ElementsAre("ignored plugin outside of its folder (" + files.path().string() + "/a/link.bundle)"));
 }
 
 TEST_F(PluginLoading, SearchesTheProgramsFolderThenEachLibraryFolderOnce) {
@@ -150,10 +154,11 @@ TEST_F(PluginLoading, SearchesTheProgramsFolderThenEachLibraryFolderOnce) {
     std::vector<std::string> paths;
     for (const auto& folder : loader.pluginDirectoryList()) paths.push_back(folder.string());
     const std::string tail = "/Application Support/Vellicor/Plugins/";
-    EXPECT_THAT(paths, ElementsAre((fs::read_symlink("/proc/self/exe").parent_path() / "Contents/Plugins/").string(), "/u" + tail,
-                                   "/s1" + tail, "/s2" + tail));
+    EXPECT_THAT(paths, ElementsAre((fs::read_symlink("/proc/self/exe").parent_path() / "Contents/Plugins/").string(),
+                                   "/u" + tail, "/s1" + tail, "/s2" + tail));
 
-    const ScopedEnvironment home("HOME", "/h"), unset("XDG_DATA_HOME", std::nullopt), none("XDG_DATA_DIRS", std::nullopt);
+    const ScopedEnvironment home("HOME", "/h"), unset("XDG_DATA_HOME", std::nullopt),
+        none("XDG_DATA_DIRS", std::nullopt);
     loader.init();
     ASSERT_THAT(loader.pluginDirectoryList(), SizeIs(4));
     EXPECT_EQ(loader.pluginDirectoryList()[1], "/h/.local/share" + tail);
@@ -189,7 +194,8 @@ TEST_F(PluginLoading, ACompiledPluginThatDoesNotLoadIsSkipped) {
     };
     auto compiled = [&](std::string_view id, std::string_view executable, std::string_view principal) {
         files.write("a/" + std::string(id) + ".bundle/Info.plist",
-                    propertyList(identified(id) + entryText("CFBundleExecutable", executable) + entryText("NSPrincipalClass", principal)));
+                    propertyList(identified(id) + entryText("CFBundleExecutable", executable) +
+                                 entryText("NSPrincipalClass", principal)));
     };
     files.write("a/1none.bundle/Info.plist", propertyList(identified("1none")));
     compiled("2garbage", "code.so", "P");
@@ -200,20 +206,23 @@ TEST_F(PluginLoading, ACompiledPluginThatDoesNotLoadIsSkipped) {
     compiled("6silent", "code.so", "Silent");
     compiled("7throwing", "code.so", "Throwing");
     files.write("a/8other.bundle/Info.plist",
-                propertyList(identified("8other") + "<key>VellicorPlugin</key><dict><key>variant</key><string>lua</string></dict>"));
+                propertyList(identified("8other") +
+                             "<key>VellicorPlugin</key><dict><key>variant</key><string>lua</string></dict>"));
     loader.loadPlugins();
-    EXPECT_THAT(log.lines(), ElementsAre(noCode, noClass("1none"), noCode, noClass("2garbage"), noCode, noClass("3missing"), noCode,
-                                         noClass("4elsewhere"), noCode, noCode, "plugin [6silent] does not respond to correct init message",
-                                         noCode, "plugin failed: no licence",
-                                         "plugin [7throwing] does not respond to correct init message", noCode, noClass("8other"),
-                                         "Loaded Plugins: 5application 1"));
+    EXPECT_THAT(
+        log.lines(),
+        ElementsAre(noCode, noClass("1none"), noCode, noClass("2garbage"), noCode, noClass("3missing"), noCode,
+                    noClass("4elsewhere"), noCode, noCode, "plugin [6silent] does not respond to correct init message",
+                    noCode, "plugin failed: no licence", "plugin [7throwing] does not respond to correct init message",
+                    noCode, noClass("8other"), "Loaded Plugins: 5application 1"));
     EXPECT_THAT(loader.pluginList(), SizeIs(1));
 
     LogCapture missing;
     loader.loadPlugin(nullptr);
     loader.addBundleToMap(nullptr);
     loader.registerPluginFromInstance(nullptr, {});
-    EXPECT_THAT(missing.lines(), ElementsAre("warning bundle is nil", noClass("(null)"), "found invalid information in info.plist ((null))",
+    EXPECT_THAT(missing.lines(), ElementsAre("warning bundle is nil", noClass("(null)"),
+                                             "found invalid information in info.plist ((null))",
                                              "plugin [(null)] does not respond to correct init message"));
 }
 
@@ -250,7 +259,8 @@ protected:
     TempFolder files;
     ScopedEnvironment user{"XDG_DATA_HOME", files.path().string()}, system{"XDG_DATA_DIRS", "/nowhere"};
     SQLPluginManager manager;
-    std::shared_ptr<ConfiguredPlugin> first = std::make_shared<ConfiguredPlugin>(), hidden = std::make_shared<ConfiguredPlugin>(),
+    std::shared_ptr<ConfiguredPlugin> first = std::make_shared<ConfiguredPlugin>(),
+                                      hidden = std::make_shared<ConfiguredPlugin>(),
                                       last = std::make_shared<ConfiguredPlugin>();
     std::shared_ptr<ConfiguredPlugin> silent = std::make_shared<ConfiguredPlugin>();
 };
@@ -301,8 +311,8 @@ TEST_F(PluginManager, AFileIsOfferedByExtensionAndThenByContent) {
     first->importType = "SQL";
     hidden->data = "CREATE";
     last->importType = "Rb";
-    const fs::path upper = files.write("a.SQL", "CREATE"), ruby = files.write("b.Rb", "CREATE"), other = files.write("c.rb", "CREATE"),
-                   unknown = files.write("d.sql", "SELECT");
+    const fs::path upper = files.write("a.SQL", "CREATE"), ruby = files.write("b.Rb", "CREATE"),
+                   other = files.write("c.rb", "CREATE"), unknown = files.write("d.sql", "SELECT");
     EXPECT_EQ(manager.importPluginForURL(upper), hidden.get()) << "no type is asked for SQL in any case";
     EXPECT_EQ(manager.importPluginForURL(ruby), last.get()) << "the type comes before the content";
     EXPECT_EQ(manager.importPluginForURL(other), hidden.get()) << "the type is asked as written";
@@ -329,7 +339,8 @@ struct ApplicationManager : SQLPluginManager {
 };
 
 TEST_F(PluginManager, TheSharedOneIsOfTheApplicationsClass) {
-    ClassRegistry::registerManagerClass(classNames::applicationPluginManager, [] { return std::make_unique<ApplicationManager>(); });
+    ClassRegistry::registerManagerClass(classNames::applicationPluginManager,
+                                        [] { return std::make_unique<ApplicationManager>(); });
     auto* shared = dynamic_cast<ApplicationManager*>(&SQLPluginManager::sharedPluginManager());
     ClassRegistry::registerManagerClass(classNames::applicationPluginManager, nullptr);
     ASSERT_NE(shared, nullptr);

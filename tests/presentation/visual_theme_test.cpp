@@ -36,7 +36,8 @@ protected:
 std::string form(const std::optional<Color>& color) { return color ? color->string() : "null"; }
 
 TEST_F(Theme, EachHasItsDefaultsAndItsFile) {
-    const auto base = create<QVVisualTheme>(), light = std::static_pointer_cast<QVVisualTheme>(create<QVVisualThemeLight>()),
+    const auto base = create<QVVisualTheme>(),
+               light = std::static_pointer_cast<QVVisualTheme>(create<QVVisualThemeLight>()),
                dark = std::static_pointer_cast<QVVisualTheme>(create<QVVisualThemeDark>()),
                content = std::static_pointer_cast<QVVisualTheme>(create<QVVisualThemeDarkContent>());
     const struct {
@@ -80,7 +81,8 @@ TEST_F(Theme, EachClassHasOneSharedInstance) {
 
 TEST_F(Theme, AChangedColourIsThereAfterARestart) {
     create<QVVisualThemeLight>()->setColor(Color::sRGB(0.1, 0.2, 0.3, 0.4), "gridColor");
-    EXPECT_THAT(TempFolder::read(file("light.theme")), ::testing::HasSubstr("<string>{0.1,0.2,0.3,0.4,sRGBColorSpace}</string>"));
+    EXPECT_THAT(TempFolder::read(file("light.theme")),
+                ::testing::HasSubstr("<string>{0.1,0.2,0.3,0.4,sRGBColorSpace}</string>"));
     const auto again = create<QVVisualThemeLight>();
     EXPECT_EQ(form(again->gridColor()), "{0.1,0.2,0.3,0.4,sRGBColorSpace}");
     again->resetColors();
@@ -99,11 +101,13 @@ TEST_F(Theme, TheBaseAndTheDarkThemeOverwriteEachOthersFile) {
 }
 
 TEST_F(Theme, KeysThatNoThemeKnowsSurvive) {
-    writeTheme("light.theme", "<key>gridColor</key><string>{1,0.5}</string><key>halo</key><string>{0,0,1,1,sRGBColorSpace}</string>"
-                              "<key>connectorDefault</key><array/><key>version</key><integer>3</integer>");
+    writeTheme("light.theme",
+               "<key>gridColor</key><string>{1,0.5}</string><key>halo</key><string>{0,0,1,1,sRGBColorSpace}</string>"
+               "<key>connectorDefault</key><array/><key>version</key><integer>3</integer>");
     const auto theme = create<QVVisualThemeLight>();
     EXPECT_EQ(form(theme->gridColor()), "{1,0.5,0,1,sRGBColorSpace}");
-    EXPECT_EQ(form(theme->connectorDefault()), "{0.5,0.5,0.5,0.8,sRGBColorSpace}") << "not a text, so the default stays";
+    EXPECT_EQ(form(theme->connectorDefault()), "{0.5,0.5,0.5,0.8,sRGBColorSpace}")
+        << "not a text, so the default stays";
     EXPECT_EQ(theme->colorForKey("version"), std::nullopt);
     theme->resetColors();
     EXPECT_EQ(form(create<QVVisualThemeLight>()->colorForKey("halo")), "{0,0,1,1,sRGBColorSpace}");
@@ -111,8 +115,8 @@ TEST_F(Theme, KeysThatNoThemeKnowsSurvive) {
 }
 
 TEST_F(Theme, DamagedFilesLeaveTheDefaults) {
-    const std::string kDamaged[] = {"not a property list", "<plist version=\"1.0\"><dict><key>gridColor</key>", "bplist00\xff\xff",
-                                    "<plist version=\"1.0\"><array/></plist>"};
+    const std::string kDamaged[] = {"not a property list", "<plist version=\"1.0\"><dict><key>gridColor</key>",
+                                    "bplist00\xff\xff", "<plist version=\"1.0\"><array/></plist>"};
     for (const std::string& bytes : kDamaged) {
         const LogCapture reading;
         files.write("Vellicor/styles/light.theme", bytes);
@@ -134,7 +138,8 @@ TEST_F(Theme, WithoutAPlaceForItsFileItStillHasColours) {
     const auto theme = create<QVVisualThemeLight>();
     theme->setColor(Color::sRGB(1, 0, 0), "gridColor");
     EXPECT_EQ(form(theme->gridColor()), "{1,0,0,1,sRGBColorSpace}");
-    EXPECT_THAT(log.lines(), ElementsAre("error creating theme directory: Not a directory", "error creating theme directory: Not a directory"));
+    EXPECT_THAT(log.lines(), ElementsAre("error creating theme directory: Not a directory",
+                                         "error creating theme directory: Not a directory"));
 
     fs::remove(files.path() / "Vellicor/styles");
     fs::create_directories(file("light.theme"));
@@ -145,7 +150,8 @@ TEST_F(Theme, WithoutAPlaceForItsFileItStillHasColours) {
 
 TEST_F(Theme, PreferencesAreTakenOverWhereTheyAreSet) {
     const auto theme = create<QVVisualThemeLight>();
-    const ScopedPreference selected("TableSelectedColor", "{0.5,0,0,1,sRGBColorSpace}"), connector("ConnectorDefault", "{0,0.5}");
+    const ScopedPreference selected("TableSelectedColor", "{0.5,0,0,1,sRGBColorSpace}"),
+        connector("ConnectorDefault", "{0,0.5}");
     theme->updateFromPreferences();
     EXPECT_EQ(form(theme->tableSelectedColor()), "{0.5,0,0,1,sRGBColorSpace}");
     EXPECT_EQ(form(theme->connectorDefault()), "{0,0.5,0,1,sRGBColorSpace}");
@@ -160,7 +166,8 @@ TEST_F(Theme, AnArchiveGoesOverTheColoursOfItsClass) {
     theme->setColor(Color::sRGB(1, 0, 0), "gridColor");
     KeyedArchiver archiver;
     theme->encodeWithCoder(archiver);
-    const auto copy = QVVisualTheme::initWithCoder<QVVisualThemeDarkContent>(KeyedUnarchiver::fromData(archiver.data()));
+    const auto copy =
+        QVVisualTheme::initWithCoder<QVVisualThemeDarkContent>(KeyedUnarchiver::fromData(archiver.data()));
     EXPECT_EQ(form(copy->gridColor()), "{1,0,0,1,sRGBColorSpace}");
     EXPECT_EQ(form(copy->schemaBackgroundColor()), "{1,1,1,1,sRGBColorSpace}");
     EXPECT_EQ(form(copy->pageLineColor()), "{0.666667,0.666667,0.666667,1,sRGBColorSpace}") << "the archive has none";

@@ -98,7 +98,8 @@ struct Measured {
 
 TEST(StatusEvent, AListOfProblemsBecomesWarnings) {
     const auto event = QVStatusEvent::statusEvent(0);
-    event->addWarningList({"text", SQLException("name", "reason"), 42, 0.5, true, Measured{}, Value(Value::List{}), Value()});
+    event->addWarningList(
+        {"text", SQLException("name", "reason"), 42, 0.5, true, Measured{}, Value(Value::List{}), Value()});
     std::vector<std::string> summaries;
     for (const auto& warning : event->warningList()) {
         summaries.push_back(warning->summary().value_or("null"));
@@ -151,7 +152,8 @@ TEST(StatusEvent, ACopyStandsAlone) {
 TEST(StatusEvent, ShowsItsLogAndItsFileWhileSomebodyCan) {
     std::vector<std::string> shown;
     const auto event = QVStatusEvent::initWithSummary("s", std::nullopt);
-    auto previous = QVStatusEvent::setFileViewer([&](const std::filesystem::path& file) { shown.push_back(file.string()); });
+    auto previous =
+        QVStatusEvent::setFileViewer([&](const std::filesystem::path& file) { shown.push_back(file.string()); });
     event->revealOutputFile();
     event->setOutputFileURL("/out.sql");
     event->revealOutputFile();

@@ -1,4 +1,4 @@
-// vellicor/export/foreign_key_graph.h — which type a column must have: that of the column at the root of its references.
+// vellicor/export/foreign_key_graph.h — which type a column must have: that of the root of its references.
 #pragma once
 
 #include <memory>

@@ -23,7 +23,8 @@ std::string listText(const SQLForeignKeyGraph::Subgraph& columns) {
 }  // namespace
 
 SQLForeignKeyGraph::Subgraph* SQLForeignKeyGraph::subgraphForField(const SQLField* field) {
-    const auto found = std::ranges::find_if(_subgraphList, [&](const Subgraph& columns) { return holds(columns, field); });
+    auto holdsField = [&](const Subgraph& columns) { return holds(columns, field); };
+    const auto found = std::ranges::find_if(_subgraphList, holdsField);
     return found == _subgraphList.end() ? nullptr : &*found;
 }
 

@@ -76,9 +76,7 @@ LoadedDocument loaded(std::string_view name, const Parse& parse, const std::func
     }
 }
 
-DocumentFileError cannotRead(const std::string& reason) {
-    return {Kind::CannotRead, exceptions::xmlParse, reason};
-}
+DocumentFileError cannotRead(const std::string& reason) { return {Kind::CannotRead, exceptions::xmlParse, reason}; }
 
 }  // namespace
 
@@ -109,8 +107,9 @@ void saveDocument(const SQLContainer& container, const std::filesystem::path& pa
     container.writeXML([&](std::string_view piece) { file.write(piece); });
     std::string reason;
     if (file.commit(reason)) return;
-    throw DocumentFileError(Kind::CannotWrite, "DocumentWriteException",
-                            text("%@ cannot be written: %@. An earlier version of it is unchanged", path.string(), reason));
+    throw DocumentFileError(
+        Kind::CannotWrite, "DocumentWriteException",
+        text("%@ cannot be written: %@. An earlier version of it is unchanged", path.string(), reason));
 }
 
 }  // namespace vellicor

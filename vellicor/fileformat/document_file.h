@@ -11,8 +11,8 @@
 
 namespace vellicor {
 
-/// What stopped reading or writing a document. The reason is a sentence for people: which file, what is wrong and where,
-/// what to do. The name is the one of the underlying exception, where there is one.
+/// What stopped reading or writing a document. The reason is a sentence for people: which file, what is wrong and
+/// where, what to do. The name is the one of the underlying exception, where there is one.
 class DocumentFileError : public SQLException {
 public:
     enum class Kind {

@@ -123,20 +123,18 @@ void Parser::characters(std::string_view text) {
 
 void Parser::endElement(std::string_view name) {
     Element element = _stack.pop();
-    const bool isDetachedRoot = !_container && _stack.isEmpty();
-    if (SQLObject* object = element->modelObject()) {
-        if (isDetachedRoot) {
-            // It belongs to nobody.
-        } else if (auto component = as<SQLTableComponent>(element->object())) {
-            addTableComponentToStack(component);
-        } else {
-            addSQLObjectToStack(shared(object));
-        }
-    } else if (const Element holder = _stack.peek()) {
-        if (_usesSafeSetter)
+    const bool isDetachedObject = !_container && _stack.isEmpty();  // it belongs to nobody
+    const Element holder = _stack.peek();
+    if (!element->modelObject()) {
+        if (holder && _usesSafeSetter)
             setSafePropertyFromElement(name, *element, *holder);
-        else
+        else if (holder)
             setPropertyFromElement(name, *element, *holder);
+    } else if (!isDetachedObject) {
+        if (auto component = as<SQLTableComponent>(element->object()))
+            addTableComponentToStack(component);
+        else
+            addSQLObjectToStack(shared(element->modelObject()));
     }
     if (_stack.isEmpty())
         _stack.push(std::move(element));

@@ -31,7 +31,8 @@ std::size_t sequenceLength(std::string_view bytes) {
 }
 
 bool isKeyCharacter(char c) {
-    return (c >= '0' && c <= '9') || (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || c == '_' || c == '.' || c == '-';
+    return (c >= '0' && c <= '9') || (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || c == '_' || c == '.' ||
+           c == '-';
 }
 
 }  // namespace
@@ -40,7 +41,8 @@ std::string dataByRemovingInvalidCharacters(std::string_view bytes) {
     std::string kept;
     kept.reserve(bytes.size());
     for (std::size_t i = 0; i < bytes.size();) {
-        const std::size_t length = isKeptASCII(static_cast<unsigned char>(bytes[i])) ? 1 : sequenceLength(bytes.substr(i));
+        const std::size_t length =
+            isKeptASCII(static_cast<unsigned char>(bytes[i])) ? 1 : sequenceLength(bytes.substr(i));
         kept += bytes.substr(i, length);
         i += std::max<std::size_t>(length, 1);
     }
@@ -53,7 +55,8 @@ std::string attemptBrokenReference(std::string_view text) {
     std::string repaired;
     std::int64_t count = 0;
     std::size_t copied = 0;
-    for (std::size_t at; (at = text.find(broken, copied)) != std::string_view::npos; copied = at + broken.size(), ++count)
+    for (std::size_t at; (at = text.find(broken, copied)) != std::string_view::npos;
+         copied = at + broken.size(), ++count)
         repaired.append(text, copied, at - copied).append(whole);
     if (count > 0)
         log(vellicor::text("[NOTE] Found %ld occurances of broken referenceDependentField and fixed them", count));

@@ -13,9 +13,9 @@ namespace vellicor {
 /// Puts the slash back into every "]]>referenceDependentField>"; logs how many there were.
 [[nodiscard]] std::string attemptBrokenReference(std::string_view text);
 
-/// Makes every element name that begins with "django" an XML name by `filteredKeyString`; logs each replacement with its
-/// range in the text as repaired up to there, in 16-bit code units. Kept: attributes and the slash of an empty element
-/// are taken for parts of the name.
+/// Makes every element name that begins with "django" an XML name by `filteredKeyString`; logs each replacement with
+/// its range in the text as repaired up to there, in 16-bit code units. Kept: attributes and the slash of an empty
+/// element are taken for parts of the name.
 [[nodiscard]] std::string attemptDjangoFix(std::string_view text);
 
 /// The letters and digits of ASCII, "_", "." and "-" of `key`, in order.

@@ -78,6 +78,7 @@ constexpr Setter kSetters[] = {
 
 }  // namespace
 
-const ClassInfo SQLConstraint::kClassInfo{"SQLConstraint", &SQLIndex::kClassInfo, kSetters, makeLoadable<SQLConstraint>};
+const ClassInfo SQLConstraint::kClassInfo{"SQLConstraint", &SQLIndex::kClassInfo, kSetters,
+                                          makeLoadable<SQLConstraint>};
 
 }  // namespace vellicor

@@ -22,9 +22,10 @@ namespace vellicor {
 namespace {
 
 [[noreturn]] void refuse(const SQLObject* object) {
-    throw SQLException(exceptions::unknownType,
-                       text("Warning adding object of type %@ failed, only subclasses of SQLObjectPeer can be added to SQLContainers",
-                            object ? OptionalText(object->description()) : std::nullopt));
+    throw SQLException(
+        exceptions::unknownType,
+        text("Warning adding object of type %@ failed, only subclasses of SQLObjectPeer can be added to SQLContainers",
+             object ? OptionalText(object->description()) : std::nullopt));
 }
 
 }  // namespace
@@ -90,7 +91,8 @@ void SQLContainer::init() {
 std::string SQLContainer::description() const {
     std::string list = "(";
     auto objects = lockedList();
-    objects->forEach([&](const auto& object) { list += (list.size() > 1 ? ",\n    " : "\n    ") + object->description(); });
+    objects->forEach(
+        [&](const auto& object) { list += (list.size() > 1 ? ",\n    " : "\n    ") + object->description(); });
     return text("%@ - %@", SQLObjectPeer::description(), list + "\n)");
 }
 
@@ -262,7 +264,8 @@ SQLContainer::Objects SQLContainer::reverseObjectList() const {
 
 std::vector<std::shared_ptr<SQLObject>> SQLContainer::flatObjectList() {
     std::vector<std::shared_ptr<SQLObject>> flat;
-    for (const auto& object : objectListSortedByName()) std::ranges::move(object->flatObjectList(), std::back_inserter(flat));
+    for (const auto& object : objectListSortedByName())
+        std::ranges::move(object->flatObjectList(), std::back_inserter(flat));
     return flat;
 }
 
@@ -330,7 +333,8 @@ void SQLContainer::merge(SQLContainer& other, bool /*flag*/) {
         if (!object->getPropertyAsBoolean(keys::incompleteReferenceTarget)) continue;
         if (const auto* table = as<SQLTable>(object.get()))
             for (const auto& component : table->getFields())
-                if (component->getPropertyAsBoolean(keys::incompleteReferenceTarget)) component->reconnectIncompleteReference();
+                if (component->getPropertyAsBoolean(keys::incompleteReferenceTarget))
+                    component->reconnectIncompleteReference();
         object->removeProperty(keys::incompleteReferenceTarget);
     }
 }

@@ -39,8 +39,9 @@ struct NameOptions {
     bool baseNamesForTables = false;  ///< compare tables by base name with the name's base part
 };
 
-/// Owns the document's objects in one ordered list, the uids in use, the stacking order, the schemas, the document info,
-/// the labels and the foreign-key graph. List operations hold the list's re-entrant lock for their whole duration.
+/// Owns the document's objects in one ordered list, the uids in use, the stacking order, the schemas, the document
+/// info, the labels and the foreign-key graph. List operations hold the list's re-entrant lock for their whole
+/// duration.
 class SQLContainer : public SQLObjectPeer, public NameScope {
 public:
     using Objects = std::vector<std::shared_ptr<SQLObjectPeer>>;
@@ -69,12 +70,14 @@ public:
     [[nodiscard]] std::string_view getClassType() const override { return "SQLContainer"; }
 
     // --- adding
-    /// Peers are added with renaming, labels go to the label manager. Raises "unknown type exception" for anything else.
+    /// Peers are added with renaming, labels go to the label manager. Raises "unknown type exception" for anything
+    /// else.
     void add(const std::shared_ptr<SQLObject>& object);
     /// The same for each; other types are logged and skipped.
     void addObjects(const std::vector<std::shared_ptr<SQLObject>>& objects);
     /// Gives the object a free name when its own is taken (a comment of that name yields instead) and adds it. Errors
-    /// are logged and the object is dropped. Nothing for an object that is contained already and for the document itself.
+    /// are logged and the object is dropped. Nothing for an object that is contained already and for the document
+    /// itself.
     void addWithRenaming(const std::shared_ptr<SQLObjectPeer>& object);
     /// Adds without renaming: replaces a uid in use, places the object by its property `zorder`. Always true; nothing
     /// for an object that is contained already and for documents.
@@ -133,7 +136,8 @@ public:
     /// Every table component that can reference a table, resolved or not, in list order.
     [[nodiscard]] std::vector<SQLConnectable*> foreignKeyList() const;
     [[nodiscard]] SQLConnectable* foreignKeyWithName(std::string_view name) const;
-    [[nodiscard]] static SQLConnectable* foreignKeyWithName(std::string_view name, const std::vector<SQLConnectable*>& fkList);
+    [[nodiscard]] static SQLConnectable* foreignKeyWithName(std::string_view name,
+                                                            const std::vector<SQLConnectable*>& fkList);
 
     // --- uids
     void addUidForObject(const SQLObject& object);
@@ -148,7 +152,8 @@ public:
     [[nodiscard]] std::string getValidName(const OptionalText& name) const;
     [[nodiscard]] bool isObjectNamePresent(std::string_view name) const;
     /// The proposal itself unless the preference "forceForeignKeyUnique" is on and the name is taken.
-    [[nodiscard]] std::string validNameForForeignKey(const SQLObject& foreignKey, std::string_view proposedName, bool isFKObject) const;
+    [[nodiscard]] std::string validNameForForeignKey(const SQLObject& foreignKey, std::string_view proposedName,
+                                                     bool isFKObject) const;
     [[nodiscard]] bool holdsName(std::string_view lowercasedName, const SQLObject* except) const override;
     [[nodiscard]] std::size_t siblingCount(const SQLObject* except) const override;
     [[nodiscard]] NumberHints& numberHints() const override;
@@ -218,7 +223,8 @@ public:
     [[nodiscard]] std::string exportToSQLWithDialect(std::string_view dialect);
     [[nodiscard]] std::string exportToSQLWithDocumentInfo(const std::shared_ptr<SQLDocumentInfo>& info);
     /// A null info takes the default exporter.
-    [[nodiscard]] std::string exportObjectToSQLWithDocumentInfo(SQLObject& object, const std::shared_ptr<SQLDocumentInfo>& info);
+    [[nodiscard]] std::string exportObjectToSQLWithDocumentInfo(SQLObject& object,
+                                                                const std::shared_ptr<SQLDocumentInfo>& info);
     /// The container's own simple script, without an exporter.
     [[nodiscard]] std::string exportToSQLInternal();
     [[nodiscard]] std::string export_() { return exportToSQL(); }
@@ -250,13 +256,19 @@ public:
     void setImportErrors(std::shared_ptr<void> errors) { _importErrors = std::move(errors); }
     [[nodiscard]] SQLForeignKeyObjectGraph* fkObjectGraph() const { return _fkObjectGraph.get(); }
     void setFkObjectGraph(std::shared_ptr<SQLForeignKeyObjectGraph> graph) { _fkObjectGraph = std::move(graph); }
-    [[nodiscard]] const std::shared_ptr<SQLForeignKeyObjectGraph>& sharedFkObjectGraph() const { return _fkObjectGraph; }
+    [[nodiscard]] const std::shared_ptr<SQLForeignKeyObjectGraph>& sharedFkObjectGraph() const {
+        return _fkObjectGraph;
+    }
     [[nodiscard]] const std::shared_ptr<QVVisualTheme>& svgExportVisualTheme() const { return _svgExportVisualTheme; }
     void setSvgExportVisualTheme(std::shared_ptr<QVVisualTheme> theme) { _svgExportVisualTheme = std::move(theme); }
     [[nodiscard]] std::shared_ptr<void> scriptContainerSpecifier() const { return _scriptContainerSpecifier; }
-    void setScriptContainerSpecifier(std::shared_ptr<void> specifier) { _scriptContainerSpecifier = std::move(specifier); }
+    void setScriptContainerSpecifier(std::shared_ptr<void> specifier) {
+        _scriptContainerSpecifier = std::move(specifier);
+    }
     [[nodiscard]] SQLObjectLabelManager* objectLabelManager() const { return _objectLabelManager.get(); }
-    void setObjectLabelManager(std::shared_ptr<SQLObjectLabelManager> manager) { _objectLabelManager = std::move(manager); }
+    void setObjectLabelManager(std::shared_ptr<SQLObjectLabelManager> manager) {
+        _objectLabelManager = std::move(manager);
+    }
     [[nodiscard]] std::int32_t getDebug() const { return _debug; }
     void setDebug(std::int32_t debug) { _debug = debug; }
 
@@ -265,8 +277,8 @@ public:
 
 private:
     using List = Guarded<ObjectList>::Handle<ObjectList>;
-    /// Objects whose names or uids changed since the list was last read: addresses, for comparing only. It has a lock of
-    /// its own, since objects report while their properties are locked, which comes behind the list's lock.
+    /// Objects whose names or uids changed since the list was last read: addresses, for comparing only. It has a lock
+    /// of its own, since objects report while their properties are locked, which comes behind the list's lock.
     struct StaleKeys {
         std::unordered_set<const SQLObject*> names;
         std::unordered_set<const SQLObject*> uids;

@@ -36,7 +36,9 @@ std::string SQLContainer::exportToSQL(SQLExportDialect& exporter) {
     return exporter.export_(*this);
 }
 
-std::string SQLContainer::exportToSQLWithDialect(std::string_view dialect) { return exportToSQL(*exporterNamed(dialect)); }
+std::string SQLContainer::exportToSQLWithDialect(std::string_view dialect) {
+    return exportToSQL(*exporterNamed(dialect));
+}
 
 std::string SQLContainer::exportToSQLWithDocumentInfo(const std::shared_ptr<SQLDocumentInfo>& info) {
     const auto exporter = exporterNamed(info ? info->getExportDialect() : std::string());
@@ -44,7 +46,8 @@ std::string SQLContainer::exportToSQLWithDocumentInfo(const std::shared_ptr<SQLD
     return exportToSQL(*exporter);
 }
 
-std::string SQLContainer::exportObjectToSQLWithDocumentInfo(SQLObject& object, const std::shared_ptr<SQLDocumentInfo>& info) {
+std::string SQLContainer::exportObjectToSQLWithDocumentInfo(SQLObject& object,
+                                                            const std::shared_ptr<SQLDocumentInfo>& info) {
     auto list = lockedList();
     // Kept: unlike the whole script, this leaves the exporter's current exporter as it is.
     const auto exporter = info ? exporterNamed(info->getExportDialect()) : defaultExporter();

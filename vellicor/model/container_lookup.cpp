@@ -29,7 +29,9 @@ void SQLContainer::memberUidDidChange(SQLObject& member) { _staleKeys.lock()->ui
 
 // --- by name
 
-SQLObjectPeer* SQLContainer::getObjectByName(const OptionalText& name) const { return getObjectByName(name, NameOptions{}); }
+SQLObjectPeer* SQLContainer::getObjectByName(const OptionalText& name) const {
+    return getObjectByName(name, NameOptions{});
+}
 
 SQLObjectPeer* SQLContainer::getObjectByName(const OptionalText& name, bool caseSensitive) const {
     return getObjectByName(name, NameOptions{.caseSensitive = caseSensitive});
@@ -49,7 +51,8 @@ SQLObjectPeer* SQLContainer::getObjectByName(const OptionalText& name, const Nam
         return (!options.caseSensitive || entry->name == key) && isCandidate(*entry->object);
     };
     auto byBaseName = [&](const ObjectList::Entry* entry) {
-        return (!options.caseSensitive || entry->object->getBaseName() == parts.baseName) && isCandidate(*entry->object);
+        return (!options.caseSensitive || entry->object->getBaseName() == parts.baseName) &&
+               isCandidate(*entry->object);
     };
 
     auto list = lockedList();
@@ -139,10 +142,13 @@ std::vector<SQLConnectable*> SQLContainer::foreignKeyList() const {
     return keys;
 }
 
-SQLConnectable* SQLContainer::foreignKeyWithName(std::string_view name) const { return foreignKeyWithName(name, foreignKeyList()); }
+SQLConnectable* SQLContainer::foreignKeyWithName(std::string_view name) const {
+    return foreignKeyWithName(name, foreignKeyList());
+}
 
 SQLConnectable* SQLContainer::foreignKeyWithName(std::string_view name, const std::vector<SQLConnectable*>& fkList) {
-    const auto key = std::ranges::find_if(fkList, [&](SQLConnectable* each) { return each->targetTable() && each->foreignKeyName() == name; });
+    const auto key = std::ranges::find_if(
+        fkList, [&](SQLConnectable* each) { return each->targetTable() && each->foreignKeyName() == name; });
     return key == fkList.end() ? nullptr : *key;
 }
 

@@ -20,9 +20,12 @@ std::string SQLContainer::getValidName(const OptionalText& name) const {
     return SQLNameMatch::getValidName(name, *this);
 }
 
-bool SQLContainer::isObjectNamePresent(std::string_view name) const { return SQLNameMatch::isObjectNamePresent(name, *this); }
+bool SQLContainer::isObjectNamePresent(std::string_view name) const {
+    return SQLNameMatch::isObjectNamePresent(name, *this);
+}
 
-std::string SQLContainer::validNameForForeignKey(const SQLObject& foreignKey, std::string_view proposedName, bool isFKObject) const {
+std::string SQLContainer::validNameForForeignKey(const SQLObject& foreignKey, std::string_view proposedName,
+                                                 bool isFKObject) const {
     const std::string proposal(proposedName);
     if (!Preferences::shared().boolForKey(prefs::forceForeignKeyUnique)) return proposal;
 
@@ -31,7 +34,8 @@ std::string SQLContainer::validNameForForeignKey(const SQLObject& foreignKey, st
     for (const SQLConnectable* key : foreignKeyList())
         if (key->targetTable()) used.insert(key->foreignKeyName());
     const SQLTable* table = isFKObject ? foreignKey.parentTable() : nullptr;
-    if (!used.contains(proposal) && !(table && SQLNameMatch::isObjectNamePresent(proposal, *table, &foreignKey))) return proposal;
+    if (!used.contains(proposal) && !(table && SQLNameMatch::isObjectNamePresent(proposal, *table, &foreignKey)))
+        return proposal;
 
     const IncrementingNameParts parts = SQLNameMatch::namePartsForIncrementing(proposal);
     auto number = static_cast<std::uint64_t>(parts.numberPart ? integerValue(*parts.numberPart) : 1);

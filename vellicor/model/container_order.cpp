@@ -62,7 +62,8 @@ public:
         }
         for (Node& node : _nodes) {
             auto note = [&](const SQLTable& target) {
-                if (auto place = _places.find(&target); place != _places.end()) node.referenced.push_back(place->second);
+                if (auto place = _places.find(&target); place != _places.end())
+                    node.referenced.push_back(place->second);
             };
             forEachTableReferencedByColumns(*node.table, note);
             for (const SQLForeignKey* key : node.table->foreignKeyObjectsInTable())
@@ -228,7 +229,9 @@ std::int64_t SQLContainer::zorderForObject(const SQLObjectPeer& object) const {
     return static_cast<std::int64_t>(stacking->order.indexOf(&object).value_or(0));
 }
 
-void SQLContainer::setZorderForObject(SQLObjectPeer& object, std::int64_t zorder) { _zorderArray.lock()->place(object, zorder); }
+void SQLContainer::setZorderForObject(SQLObjectPeer& object, std::int64_t zorder) {
+    _zorderArray.lock()->place(object, zorder);
+}
 
 void SQLContainer::moveElementToPosition(SQLObjectPeer& object, std::size_t index) {
     auto list = lockedList();

@@ -39,7 +39,8 @@ void SQLContainer::removeEmptySchema() {
 void SQLContainer::removeAllSchema() {
     const auto schemas = schemaList();
     for (const auto& schema : schemas)
-        if (schema != _defaultSchema && !schema->isDefault() && schema->autoDeleteWhenEmpty()) _schemaList.remove(*schema);
+        if (schema != _defaultSchema && !schema->isDefault() && schema->autoDeleteWhenEmpty())
+            _schemaList.remove(*schema);
 }
 
 std::shared_ptr<SQLSchema> SQLContainer::schemaForName(std::string_view name) {

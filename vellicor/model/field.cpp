@@ -11,8 +11,9 @@
 namespace vellicor {
 
 SQLField::~SQLField() {
-    if (SQLTable* table = _observingFkTable.get()) table->stopObservingTableForForeignKey(*this);
-    if (auto graph = _graph.lock()) graph->forgetField(this);
+    if (!_reference) return;
+    if (SQLTable* table = observingFkTable()) table->stopObservingTableForForeignKey(*this);
+    if (auto graph = _reference->graph.lock()) graph->forgetField(this);
 }
 
 void SQLField::init() {
@@ -176,13 +177,13 @@ void SQLField::setDefaultCardinalityForCreatedKey() {
 // --- other
 
 void SQLField::addIndexName(std::string_view name) {
-    auto list = _indexList.lock();
-    list->emplace_back(name);
+    std::scoped_lock lock(sharedLock(this));
+    _indexList.emplace_back(name);
 }
 
 std::vector<std::string> SQLField::indexList() const {
-    auto list = _indexList.lock();
-    return *list;
+    std::scoped_lock lock(sharedLock(this));
+    return _indexList;
 }
 
 void SQLField::addCheckConstraint(const std::shared_ptr<SQLConstraint>& constraint) {

@@ -1,9 +1,10 @@
 // vellicor/model/field.h — one column of a table.
 #pragma once
 
+#include <mutex>
+
 #include "vellicor/model/connectable.h"
 #include "vellicor/model/table_component.h"
-#include "vellicor/platform/guarded.h"
 #include "vellicor/platform/weak_ref.h"
 
 namespace vellicor {
@@ -95,17 +96,17 @@ public:
 
     // --- reference by name and uid (field_reference.cpp); setters without undo
     void setReferences(const OptionalText& table, const OptionalText& field);
-    void setReferencesTable(const OptionalText& name) { _referencesTable = name; }
-    void setReferencesField(const OptionalText& name) { _referencesField = name; }
-    void setReferencesTableUID(const OptionalText& uid) { _referencesTableUID = uid; }
-    void setReferencesFieldUID(const OptionalText& uid) { _referencesFieldUID = uid; }
+    void setReferencesTable(const OptionalText& name) { setReference(&Reference::table, name); }
+    void setReferencesField(const OptionalText& name) { setReference(&Reference::field, name); }
+    void setReferencesTableUID(const OptionalText& uid) { setReference(&Reference::tableUid, uid); }
+    void setReferencesFieldUID(const OptionalText& uid) { setReference(&Reference::fieldUid, uid); }
     /// As stored; null when unset.
-    [[nodiscard]] const OptionalText& referencesTable() const { return _referencesTable; }
-    [[nodiscard]] const OptionalText& referencesField() const { return _referencesField; }
-    [[nodiscard]] const OptionalText& referencesFieldUID() const { return _referencesFieldUID; }
-    [[nodiscard]] const OptionalText& getReferencesFieldUID() const { return _referencesFieldUID; }
-    [[nodiscard]] const OptionalText& referencesTableUID() const { return _referencesTableUID; }
-    [[nodiscard]] const OptionalText& getReferencesTableUID() const { return _referencesTableUID; }
+    [[nodiscard]] const OptionalText& referencesTable() const { return reference().table; }
+    [[nodiscard]] const OptionalText& referencesField() const { return reference().field; }
+    [[nodiscard]] const OptionalText& referencesFieldUID() const { return reference().fieldUid; }
+    [[nodiscard]] const OptionalText& getReferencesFieldUID() const { return reference().fieldUid; }
+    [[nodiscard]] const OptionalText& referencesTableUID() const { return reference().tableUid; }
+    [[nodiscard]] const OptionalText& getReferencesTableUID() const { return reference().tableUid; }
     /// Names of the resolved target; null while unresolved.
     [[nodiscard]] OptionalText getReferencesField() const;
     [[nodiscard]] OptionalText getReferencesTable() const;
@@ -126,14 +127,14 @@ public:
     [[nodiscard]] SQLField* getFieldForReferences(const SQLTable& table) const;
     /// Sets or clears (null) the target and keeps names, uids and the document's graph in step.
     void setFkField(SQLField* target);
-    [[nodiscard]] SQLField* getFkField() const override { return _fkField.get(); }
-    [[nodiscard]] SQLField* fkField() const override { return _fkField.get(); }
+    [[nodiscard]] SQLField* getFkField() const override { return reference().target.get(); }
+    [[nodiscard]] SQLField* fkField() const override { return reference().target.get(); }
     [[nodiscard]] SQLTable* targetTable() const override;
-    [[nodiscard]] bool hasForeignKey() const { return static_cast<bool>(_fkField); }
+    [[nodiscard]] bool hasForeignKey() const { return getFkField() != nullptr; }
     void updateLinksWithNewUid() override;
     void resetUid() override;
     void reconnectIncompleteReference() override;
-    [[nodiscard]] SQLTable* observingFkTable() const { return _observingFkTable.get(); }
+    [[nodiscard]] SQLTable* observingFkTable() const { return reference().observed.get(); }
     /// The columns that were given this one as target and still live.
     [[nodiscard]] std::vector<SQLField*> connectedObjects() const;
 
@@ -142,7 +143,7 @@ public:
     [[nodiscard]] static bool allowCompoundKey() { return false; }
     [[nodiscard]] bool getCompoundForeignKey() const { return _compoundForeignKey; }
     void setCompoundForeignKey(bool flag);
-    [[nodiscard]] SQLField* getSourceForeignKey() const { return _sourceForeignKey.get(); }
+    [[nodiscard]] SQLField* getSourceForeignKey() const { return reference().owner.get(); }
     void setSourceForeignKey(SQLField* field);
     /// Records the uid of a dependent member while a document is read.
     void setReferenceDependentField(const std::string& uid);
@@ -214,6 +215,24 @@ public:
     static const ClassInfo kClassInfo;
 
 private:
+    /// What only columns with a reference have; most have none.
+    struct Reference {
+        OptionalText field;  // null or empty: references nothing
+        OptionalText table;  // possibly schema-qualified
+        OptionalText tableUid;
+        OptionalText fieldUid;
+        WeakRef<SQLField> target;
+        WeakRef<SQLField> owner;  // of the old compound key that the column is a member of
+        WeakRef<SQLTable> observed;
+        std::vector<std::string> dependents;            // uids; only from reading until the conversion
+        std::weak_ptr<SQLForeignKeyObjectGraph> graph;  // the one that the column was last entered in
+        std::recursive_mutex loadMutex;
+    };
+    /// An empty one while there is none.
+    [[nodiscard]] const Reference& reference() const;
+    [[nodiscard]] Reference& ownReference();
+    void setReference(OptionalText Reference::*part, const OptionalText& text);
+
     [[nodiscard]] static bool isSet(const OptionalText& text) { return text && !text->empty(); }
     void pointTo(SQLField& target);
     void clearReference();
@@ -233,18 +252,9 @@ private:
     std::uint64_t _updateAction = 0;
     std::uint64_t _sourceCardinality = 0;
     std::uint64_t _destinationCardinality = 0;
-    OptionalText _referencesField;     // null or empty: references nothing
-    OptionalText _referencesTable;     // possibly schema-qualified
-    OptionalText _referencesTableUID;
-    OptionalText _referencesFieldUID;
-    WeakRef<SQLField> _fkField;
-    WeakRef<SQLField> _sourceForeignKey;  // the owner of the old compound key that this column is a member of
-    WeakRef<SQLTable> _observingFkTable;
-    std::vector<std::string> _dependentFieldList;  // uids; only from reading until the conversion
-    Guarded<std::vector<std::string>> _indexList;
+    std::unique_ptr<Reference> _reference;  // null until needed
+    std::vector<std::string> _indexList;    // guarded by `sharedLock(this)`
     std::vector<WeakRef<SQLField>> _connectedObjects;
-    std::weak_ptr<SQLForeignKeyObjectGraph> _graph;  // the graph that the column was last entered in
-    mutable std::recursive_mutex _loadMutex;
 };
 
 }  // namespace vellicor

@@ -23,11 +23,11 @@ void SQLField::setCompoundForeignKey(bool flag) {
 }
 
 void SQLField::setSourceForeignKey(SQLField* field) {
-    _sourceForeignKey = field;
+    if (field || _reference) ownReference().owner = field;
     if (field) field->_hadDependents = true;
 }
 
-void SQLField::setReferenceDependentField(const std::string& uid) { _dependentFieldList.push_back(uid); }
+void SQLField::setReferenceDependentField(const std::string& uid) { ownReference().dependents.push_back(uid); }
 
 std::vector<SQLField*> SQLField::getDependentCompoundKeyFields() const {
     std::vector<SQLField*> members;
@@ -77,7 +77,7 @@ void SQLField::clearCompoundKey() {
 
 bool SQLField::convertCompoundForeignKey() {
     SQLTable* table = parentTable();
-    if (_dependentFieldList.empty() || !table) return false;
+    if (reference().dependents.empty() || !table) return false;
     SQLTable* targetTable = getTableForReferences();
     if (!targetTable) return false;
     auto foreignKey = create<SQLForeignKey>();

@@ -25,7 +25,7 @@ std::string SQLField::quoteForSQL(std::string_view text) {
 }
 
 std::string SQLField::exportSQLForeignKey(std::string_view tableName) {
-    if (!isSet(_referencesField)) return {};
+    if (!isSet(referencesField())) return {};
     const OptionalText target = getReferencesTable();
     const OptionalText targetName = target ? OptionalText(trimmed(*target)) : std::nullopt;
     std::string sql = text("Alter table %@ ADD CONSTRAINT %@ FOREIGN KEY (%@)", tableName, getReferenceId(), getName());
@@ -43,7 +43,7 @@ XMLElement SQLField::exportToXMLNode(const XMLElement* parent) const {
     if (_primaryKey) node.addTextElement("primaryKey", "1");
     const std::string targetField = getReferencesField().value_or(std::string());
     const std::string targetTable = getReferencesTable().value_or(std::string());
-    if (isSet(_referencesField)) {
+    if (isSet(referencesField())) {
         node.addTextElement("referencesField", targetField);
         node.addTextElement("referencesTable", targetTable);
         if (_deleteAction) node.addTextElement("deleteAction", text("%lu", _deleteAction));
@@ -69,7 +69,7 @@ Value::Map SQLField::jsonDictionary() const {
     Value::Map json = SQLTableComponent::jsonDictionary();
     json.insert_or_assign("type", getType());
     if (_primaryKey) json.insert_or_assign("primaryKey", "1");
-    if (isSet(_referencesField)) {
+    if (isSet(referencesField())) {
         json.insert_or_assign("referencesField", getReferencesField().value_or(std::string()));
         json.insert_or_assign("referencesTable", getReferencesTable().value_or(std::string()));
         if (_deleteAction) json.insert_or_assign("deleteAction", text("%lu", _deleteAction));
@@ -100,10 +100,10 @@ std::shared_ptr<SQLObject> SQLField::copyWithZone(void* zone) const {
     copy->setUpdateAction(_updateAction);
     copy->setSourceCardinality(_sourceCardinality);
     copy->setDestinationCardinality(_destinationCardinality);
-    copy->setReferencesField(_referencesField);
-    copy->setReferencesTable(_referencesTable);
-    copy->setReferencesTableUID(_referencesTableUID);
-    copy->setReferencesFieldUID(_referencesFieldUID);
+    copy->setReferencesField(referencesField());
+    copy->setReferencesTable(referencesTable());
+    copy->setReferencesTableUID(referencesTableUID());
+    copy->setReferencesFieldUID(referencesFieldUID());
     return copy;
 }
 

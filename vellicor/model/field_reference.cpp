@@ -20,6 +20,20 @@ std::string referenceText(const OptionalText& table, const OptionalText& field) 
 
 }  // namespace
 
+const SQLField::Reference& SQLField::reference() const {
+    static const Reference none;
+    return _reference ? *_reference : none;
+}
+
+SQLField::Reference& SQLField::ownReference() {
+    if (!_reference) _reference = std::make_unique<Reference>();
+    return *_reference;
+}
+
+void SQLField::setReference(OptionalText Reference::*part, const OptionalText& text) {
+    if (text || _reference) ownReference().*part = text;
+}
+
 // --- names
 
 void SQLField::setReferences(const OptionalText& table, const OptionalText& field) {
@@ -38,8 +52,8 @@ OptionalText SQLField::getReferencesTable() const {
 }
 
 OptionalText SQLField::getReferencesString() const {
-    if (!isSet(_referencesTable) || !isSet(_referencesField)) return std::nullopt;
-    return referenceText(_referencesTable, _referencesField);
+    if (!isSet(referencesTable()) || !isSet(referencesField())) return std::nullopt;
+    return referenceText(referencesTable(), referencesField());
 }
 
 OptionalText SQLField::getReferences() const {
@@ -103,26 +117,26 @@ bool SQLField::isFKFieldValid(unsigned& errorBits) const {
 SQLTable* SQLField::getTableForReferences() const {
     const SQLContainer* document = topLevelContainer();
     if (!document) return nullptr;
-    if (isSet(_referencesTableUID))
-        if (auto* table = as<SQLTable>(document->getObjectWithUID(*_referencesTableUID))) return table;
-    if (!isSet(_referencesTable)) return nullptr;
-    const NameParts parts = splitNameBySchema(*_referencesTable);
+    if (isSet(referencesTableUID()))
+        if (auto* table = as<SQLTable>(document->getObjectWithUID(*referencesTableUID()))) return table;
+    if (!isSet(referencesTable())) return nullptr;
+    const NameParts parts = splitNameBySchema(*referencesTable());
     SQLObjectPeer* found = nullptr;
     try {
         found = document->getObjectWithSchema(parts.baseName, parts.schemaPart);
     } catch (const SQLException&) {
         const NameOptions byBaseName{.ofClass = isKindOf<SQLTable>, .baseNamesForTables = true};
-        found = document->getObjectByName(_referencesTable, byBaseName);
+        found = document->getObjectByName(referencesTable(), byBaseName);
     }
     return as<SQLTable>(found);
 }
 
 SQLField* SQLField::getFieldForReferences(const SQLTable& table) const {
-    if (isSet(_referencesFieldUID))
-        if (auto* field = as<SQLField>(table.getFieldByUID(*_referencesFieldUID))) return field;
-    if (isSet(_referencesField))
-        if (SQLField* field = table.getFieldByName(*_referencesField)) return field;
-    log(text("failed to field field by uid (%@) or name (%@)", _referencesFieldUID, _referencesField));
+    if (isSet(referencesFieldUID()))
+        if (auto* field = as<SQLField>(table.getFieldByUID(*referencesFieldUID()))) return field;
+    if (isSet(referencesField()))
+        if (SQLField* field = table.getFieldByName(*referencesField())) return field;
+    log(text("failed to field field by uid (%@) or name (%@)", referencesFieldUID(), referencesField()));
     return nullptr;
 }
 
@@ -152,36 +166,36 @@ void SQLField::setFkField(SQLField* target) {
 }
 
 void SQLField::pointTo(SQLField& target) {
-    const bool isNew = _fkField.get() != &target;
-    _fkField = &target;
+    Reference& reference = ownReference();
+    const bool isNew = reference.target.get() != &target;
+    reference.target = &target;
     updateGraph();
     SQLTable* table = target.parentTable();
-    _referencesField = target.getName();
-    _referencesTable = table ? OptionalText(table->getName()) : std::nullopt;
-    _referencesFieldUID = target.uid();
-    _referencesTableUID = table ? OptionalText(table->uid()) : std::nullopt;
+    reference.field = target.getName();
+    reference.table = table ? OptionalText(table->getName()) : std::nullopt;
+    updateLinksWithNewUid();
     if (table) table->observeTableForForeignKey(*this);
-    _observingFkTable = table;
+    reference.observed = table;
     if (isNew) target._connectedObjects.emplace_back(this);
 }
 
 void SQLField::clearReference() {
+    if (!_reference) return;
     // Kept: neither the table observed so far nor the former target hears of it.
-    _fkField = nullptr;
+    _reference->target = nullptr;
     updateGraph();
-    _referencesField.reset();
-    _referencesTable.reset();
-    _observingFkTable = nullptr;
-    _referencesTableUID.reset();
-    _referencesFieldUID.reset();
+    setReferences(std::nullopt, std::nullopt);
+    _reference->observed = nullptr;
+    setReferencesTableUID(std::nullopt);
+    setReferencesFieldUID(std::nullopt);
 }
 
 void SQLField::updateGraph() {
     SQLContainer* document = topLevelContainer();
     if (!document || !document->fkObjectGraph()) return;
     const auto& graph = document->sharedFkObjectGraph();
-    if (auto former = _graph.lock(); former && former != graph) former->forgetField(this);
-    _graph = graph;
+    if (auto former = reference().graph.lock(); former && former != graph) former->forgetField(this);
+    ownReference().graph = graph;
     graph->updateForeignKey(this);
 }
 
@@ -197,34 +211,34 @@ void SQLField::updateLinksWithNewUid() {
     const SQLField* target = getFkField();
     if (!target) return;
     const SQLTable* table = target->parentTable();
-    _referencesFieldUID = target->uid();
-    _referencesTableUID = table ? OptionalText(table->uid()) : std::nullopt;
+    setReferencesFieldUID(target->uid());
+    setReferencesTableUID(table ? OptionalText(table->uid()) : std::nullopt);
 }
 
 void SQLField::resetUid() {
     SQLTableComponent::resetUid();
-    _referencesTableUID.reset();
-    _referencesFieldUID.reset();
+    setReferencesTableUID(std::nullopt);
+    setReferencesFieldUID(std::nullopt);
 }
 
 // --- after reading
 
 /// Turns stored names and uids into the target.
 void SQLField::resolveReference() {
-    if (isSet(_referencesTable) && !isSet(_referencesField)) {
+    if (isSet(referencesTable()) && !isSet(referencesField())) {
         const SQLTable* table = getTableForReferences();
         const auto primaryKey = table ? table->primaryKeyObjectList() : SQLTable::Fields();
         if (!primaryKey.empty())
-            _referencesField = primaryKey.front()->getName();
+            setReferencesField(primaryKey.front()->getName());
         else if (table)
             log(text(
                 "[Warn] foreign key doesn't specify target columns and is referencing a table without primary key  %@",
                 getReferencesTable()));
     }
-    if (!isSet(_referencesTable) || !isSet(_referencesField)) return;
+    if (!isSet(referencesTable()) || !isSet(referencesField())) return;
     const SQLTable* table = getTableForReferences();
     if (!table) {
-        setIncompleteReferenceTargetTable(*_referencesTable, *_referencesField);
+        setIncompleteReferenceTargetTable(*referencesTable(), *referencesField());
         return;
     }
     SQLField* target = getFieldForReferences(*table);
@@ -234,15 +248,15 @@ void SQLField::resolveReference() {
 
 void SQLField::postLoadProcess() {
     SQLTableComponent::postLoadProcess();
-    if (!_dependentFieldList.empty()) {
-        std::scoped_lock lock(_loadMutex);
+    if (!reference().dependents.empty()) {
+        std::scoped_lock lock(_reference->loadMutex);
         try {
             convertCompoundForeignKey();
             setCompoundForeignKey(false);
         } catch (const std::exception&) {
             log("Exception when configuring dependent foreign keys in SQLField:PostLoadProcess");
         }
-        _dependentFieldList.clear();
+        _reference->dependents.clear();
     }
     try {
         resolveReference();
@@ -258,7 +272,7 @@ void SQLField::reconnectIncompleteReference() {
         if (const SQLTable* table = getTableForReferences()) {
             setFkField(getFieldForReferences(*table));
         } else {
-            log(text("[NOTE] missing target table %@(%@)", _referencesTable, _referencesField));
+            log(text("[NOTE] missing target table %@(%@)", referencesTable(), referencesField()));
             setFkField(nullptr);
         }
     } catch (const std::exception&) {

@@ -92,7 +92,7 @@ public:
     /// Also makes the column's table the target.
     void setFkField(SQLField* column);
     [[nodiscard]] SQLField* getFkField() const override { return _fkField.get(); }
-    /// Sets the target and answers it; a table that is not there is remembered as missing. Null for a null or empty name.
+    /// Sets the target and answers it; remembers a table that is not there as missing. Null for a null or empty name.
     SQLTable* findTargetTableByName(const OptionalText& name);
 
     // --- actions and cardinalities; undoable

@@ -73,7 +73,8 @@ void SQLForeignKey::targetTableWasFound() {
 void SQLForeignKey::resolveTargetTable() {
     if (hasProperty(keys::targetTableUid)) {
         const SQLContainer* document = topLevelContainer();
-        setTargetTable(document ? as<SQLTable>(document->getObjectWithUID(getProperty(keys::targetTableUid))) : nullptr);
+        const std::string uid = getProperty(keys::targetTableUid);
+        setTargetTable(document ? as<SQLTable>(document->getObjectWithUID(uid)) : nullptr);
         removeProperty(keys::targetTableUid);
     }
     if (!targetTable()) findTargetTableByName(getProperty(keys::targetTableName));
@@ -197,7 +198,9 @@ XMLElement SQLForeignKey::exportToXMLNode(const XMLElement* parent) const {
         for (const auto& entry : *pairs) {
             const XMLElement element = node.addElement("SQLForeignKeyEntry");
             element.addTextElement(keys::entryIndex, text("%d", position++));
-            visitColumns(*entry, [&](std::string_view key, const std::string& text) { element.addCDataElement(key, text); });
+            visitColumns(*entry, [&](std::string_view key, const std::string& text) {
+                element.addCDataElement(key, text);
+            });
         }
     }
     exportPropertiesToXMLNode(node);
@@ -206,11 +209,11 @@ XMLElement SQLForeignKey::exportToXMLNode(const XMLElement* parent) const {
 
 Value::Map SQLForeignKey::jsonDictionary() const {
     Value::Map json = SQLTableComponent::jsonDictionary();
-    visitFacts(*this, [&](std::string_view key, const std::string& text) { json.insert_or_assign(std::string(key), text); });
+    visitFacts(*this, [&](const char* key, const std::string& text) { json.insert_or_assign(key, text); });
     Value::List pairs;
     for (const auto& entry : fieldPairs()) {
         Value::Map pair{{"ClassType", entry->getClassType()}, {keys::entryIndex, text("%d", pairs.size())}};
-        visitColumns(*entry, [&](std::string_view key, const std::string& text) { pair.emplace(key, text); });
+        visitColumns(*entry, [&](const char* key, const std::string& text) { pair.emplace(key, text); });
         pairs.emplace_back(std::move(pair));
     }
     json.insert_or_assign("fieldPairs", std::move(pairs));

@@ -81,6 +81,7 @@ constexpr Setter kSetters[] = {
 
 }  // namespace
 
-const ClassInfo SQLObjectLabel::kClassInfo{"SQLObjectLabel", &SQLObject::kClassInfo, kSetters, makeLoadable<SQLObjectLabel>};
+const ClassInfo SQLObjectLabel::kClassInfo{"SQLObjectLabel", &SQLObject::kClassInfo, kSetters,
+                                           makeLoadable<SQLObjectLabel>};
 
 }  // namespace vellicor

@@ -59,7 +59,8 @@ std::shared_ptr<SQLObjectLabel> SQLObjectLabelManager::labelWithUid(std::string_
 
 std::shared_ptr<SQLObjectLabel> SQLObjectLabelManager::objectLabelWithName(std::string_view name, const Color& color) {
     const LabelIndex& index = labelIndex();
-    if (auto found = index.byLook.find(lookOf(name, color)); found != index.byLook.end()) return _labelList[found->second];
+    if (auto found = index.byLook.find(lookOf(name, color)); found != index.byLook.end())
+        return _labelList[found->second];
     auto label = SQLObjectLabel::labelWithName(std::string(name), color);
     addLabel(label, false);
     return label;
@@ -77,7 +78,13 @@ void SQLObjectLabelManager::createLabelFromObjectIfRequired(SQLObject& object) {
     if (name.empty() || name == "null" || name == kDefaultGroup) return;
     const auto wanted = SQLObjectLabel::labelWithName(name, labelColorForObject(object));
     auto label = labelMatchingLabel(*wanted);
-    object.setLabel(label ? label : objectLabelWithName(name, wanted->color()));
+    if (!label) {
+        label = objectLabelWithName(name, wanted->color());
+        // The uid that the label had when the object was saved; so saving it once more changes nothing.
+        const std::string uid = object.getProperty(keys::labelUid);
+        if (!uid.empty() && !labelWithUid(uid)) label->setUid(uid);
+    }
+    object.setLabel(label);
 }
 
 void SQLObjectLabelManager::loadLabelsFromManager(const SQLObjectLabelManager& other) {

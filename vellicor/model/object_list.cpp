@@ -138,7 +138,9 @@ void ObjectList::uidDidChange(const SQLObject* object) {
     }
 }
 
-const ObjectList::Bucket& ObjectList::withFoldedName(std::string_view foldedName) const { return found(_byName, foldedName); }
+const ObjectList::Bucket& ObjectList::withFoldedName(std::string_view foldedName) const {
+    return found(_byName, foldedName);
+}
 
 const ObjectList::Bucket& ObjectList::tablesWithFoldedBaseName(std::string_view foldedName) const {
     return found(_byBaseName, foldedName);

@@ -115,7 +115,8 @@ void SchemaRegister::remove(const SQLSchema& schema) {
     if (named == _byName.end() || named->second != keptAlive) return;
     _byName.erase(named);
     // Another of the same name may stand behind it.
-    _namesKnown = std::ranges::none_of(_schemas, [&](const auto& other) { return other->getName() == schema.getName(); });
+    _namesKnown =
+        std::ranges::none_of(_schemas, [&](const auto& other) { return other->getName() == schema.getName(); });
 }
 
 void SchemaRegister::didGain(SQLSchema& schema, const SQLObject& object) {

@@ -122,7 +122,7 @@ void SQLTable::remove(SQLTableComponent* component) {
         auto found = std::ranges::find(*components, component, &std::shared_ptr<SQLTableComponent>::get);
         if (found == components->end()) return;
         removed = *found;
-        std::erase(*components, removed);
+        components->erase(std::remove(found, components->end(), removed), components->end());
         if (_names)
             _numberHints.nameBecameFree(_names->remove(*removed));
         else

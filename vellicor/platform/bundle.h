@@ -24,7 +24,7 @@ public:
     [[nodiscard]] const Value* version() const;
     /// "CFBundleExecutable"; null when it is missing, empty or no text.
     [[nodiscard]] OptionalText executableName() const { return nonEmptyText("CFBundleExecutable"); }
-    /// The executable's place, beside the information dictionary; null without a name or when that is no plain file name.
+    /// The executable's place, beside the information dictionary; null without a name or when that is no file name.
     [[nodiscard]] std::optional<std::filesystem::path> executablePath() const;
     /// "NSPrincipalClass"; null when it is missing, empty or no text.
     [[nodiscard]] OptionalText principalClass() const { return nonEmptyText("NSPrincipalClass"); }

@@ -34,7 +34,7 @@ std::optional<std::filesystem::path> homeFolder() {
     return fromAccount.is_absolute() ? std::optional(fromAccount) : std::nullopt;
 }
 
-/// As a folder without "/" at its end, so that one folder has one form; null for a relative path, which counts as not set.
+/// As a folder without "/" at its end, so that one folder has one form; null for a relative path, which does not count.
 std::optional<std::filesystem::path> folderFrom(std::string_view text) {
     std::filesystem::path folder = expandingTilde(text).lexically_normal();
     if (!folder.is_absolute()) return std::nullopt;

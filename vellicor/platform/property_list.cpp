@@ -49,9 +49,15 @@ bool hasSaneNesting(std::string_view xml) {
     std::size_t start = 0;
     while ((start = xml.find('<', start)) != xml.npos) {
         const std::string_view tag = xml.substr(start + 1);
-        const std::string_view terminator =
-            tag.starts_with("!--") ? "-->" : tag.starts_with("![CDATA[") ? "]]>" : tag.starts_with('?') ? "?>" : ">";
-        const std::size_t end = xml.find(terminator, start + 1);
+        // "<!-->" does not close the comment that it opens.
+        std::size_t opening = 1;
+        std::string_view terminator = ">";
+        for (const auto& [open, close] : {std::pair("!--", "-->"), {"![CDATA[", "]]>"}, {"?", "?>"}}) {
+            if (!tag.starts_with(open)) continue;
+            opening += std::string_view(open).size();
+            terminator = close;
+        }
+        const std::size_t end = xml.find(terminator, start + opening);
         if (end == xml.npos) break;
         if (tag.starts_with("/dict") || tag.starts_with("/array")) --depth;
         if ((tag.starts_with("dict") || tag.starts_with("array")) && xml[end - 1] != '/' && ++depth > kDeepestNesting)

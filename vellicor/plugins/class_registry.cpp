@@ -46,11 +46,17 @@ typename Make::result_type makeInstance(std::string_view name) {
 
 }  // namespace
 
-void ClassRegistry::registerPluginClass(std::string_view name, PluginClass make) { registerClass(name, std::move(make)); }
+void ClassRegistry::registerPluginClass(std::string_view name, PluginClass make) {
+    registerClass(name, std::move(make));
+}
 
-void ClassRegistry::registerManagerClass(std::string_view name, ManagerClass make) { registerClass(name, std::move(make)); }
+void ClassRegistry::registerManagerClass(std::string_view name, ManagerClass make) {
+    registerClass(name, std::move(make));
+}
 
-std::shared_ptr<SQLPlugin> ClassRegistry::makePlugin(std::string_view name) { return makeInstance<PluginClass>(name); }
+std::shared_ptr<SQLPlugin> ClassRegistry::makePlugin(std::string_view name) {
+    return makeInstance<PluginClass>(name);
+}
 
 std::unique_ptr<SQLPluginManager> ClassRegistry::makeManager(std::string_view name) {
     return makeInstance<ManagerClass>(name);

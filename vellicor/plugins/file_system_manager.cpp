@@ -64,7 +64,8 @@ void QVFileSystemManager::createApplicationSupportDirectory() {
         log(text("%@: %@", alert.message, alert.informativeText));
 }
 
-std::optional<std::filesystem::path> QVFileSystemManager::URLWithlastDirectoryForFileURL(const std::filesystem::path& file) {
+std::optional<std::filesystem::path> QVFileSystemManager::URLWithlastDirectoryForFileURL(
+    const std::filesystem::path& file) {
     std::error_code error;
     const auto status = std::filesystem::status(file, error);
     if (error || !std::filesystem::exists(status)) {

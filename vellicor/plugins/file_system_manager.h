@@ -22,8 +22,8 @@ public:
 
     /// Its creation is synchronised.
     static QVFileSystemManager& sharedManager();
-    /// Shows alerts from now on and until they are dismissed; an empty handler restores the default, which logs. Answers
-    /// the handler that it replaces.
+    /// Shows alerts from now on, each until it is dismissed; an empty handler restores the default, which logs.
+    /// Answers the handler that it replaces.
     AlertHandler setAlertHandler(AlertHandler handler);
 
     /// With "/" at its end. The user's data folder is made if it is missing, the support folder is not. Raises
@@ -36,9 +36,12 @@ public:
     /// Shows an alert when the folder is missing and cannot be made.
     void createApplicationSupportDirectory();
 
-    /// The location itself when it is a folder, otherwise the folder around it; null, and a log line, when it does not exist.
-    [[nodiscard]] static std::optional<std::filesystem::path> URLWithlastDirectoryForFileURL(const std::filesystem::path& file);
-    /// Makes the preference "NSNavLastRootDirectory", when set, name a folder, so that panels open there and not at a file.
+    /// The location itself when it is a folder, otherwise the folder around it; null, and a log line, when it does not
+    /// exist.
+    [[nodiscard]] static std::optional<std::filesystem::path> URLWithlastDirectoryForFileURL(
+        const std::filesystem::path& file);
+    /// Makes the preference "NSNavLastRootDirectory", when set, name a folder, so that panels open there and not at a
+    /// file.
     static void fixOpenPanelNavDirectory();
 
 private:

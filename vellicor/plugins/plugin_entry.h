@@ -17,10 +17,10 @@ inline constexpr const char* kPluginFactoryPrefix = "vellicor_create_";
 
 }  // namespace vellicor
 
-/// Exports the factory of one principal class, a subclass of `SQLPlugin` without constructor arguments. Stands behind the
-/// class, in its namespace (not an unnamed one); the bundle's "NSPrincipalClass" is the name without namespaces.
-#define VELLICOR_PLUGIN(PrincipalClass)                                                                   \
+/// Exports the factory of one principal class, a subclass of `SQLPlugin` without constructor arguments. Stands behind
+/// the class, in its namespace (not an unnamed one); the bundle's "NSPrincipalClass" is the name without namespaces.
+#define VELLICOR_PLUGIN(PrincipalClass)                                                                        \
     extern "C" __attribute__((visibility("default"))) ::vellicor::SQLPlugin* vellicor_create_##PrincipalClass( \
-        int interfaceVersion) {                                                                           \
-        return interfaceVersion == ::vellicor::kPluginInterfaceVersion ? new PrincipalClass : nullptr;    \
+        int interfaceVersion) {                                                                                \
+        return interfaceVersion == ::vellicor::kPluginInterfaceVersion ? new PrincipalClass : nullptr;         \
     }

@@ -18,6 +18,8 @@ namespace vellicor {
 
 namespace {
 
+using BundlePtr = QVVersionedPluginLoader::BundlePtr;
+
 constexpr std::size_t kExpectedSearchPaths = 5;
 
 /// A text or number of an information dictionary as text; null for everything else.
@@ -38,11 +40,11 @@ long double versionNumber(const Bundle& bundle) {
 }
 
 /// The candidate of the highest version, the first of them among equals.
-const QVVersionedPluginLoader::BundlePtr& bestChoice(const std::vector<QVVersionedPluginLoader::BundlePtr>& candidates) {
-    using Pointer = QVVersionedPluginLoader::BundlePtr;
+BundlePtr bestChoice(const std::vector<BundlePtr>& candidates) {
     // Text and numbers side by side are compared as text, all of them, since otherwise there would be no order.
-    const bool numbers = std::ranges::none_of(candidates, [](const Pointer& bundle) { return bundle->version()->asText(); });
-    return *std::ranges::max_element(candidates, [numbers](const Pointer& a, const Pointer& b) {
+    const bool numbers =
+        std::ranges::none_of(candidates, [](const BundlePtr& bundle) { return bundle->version()->asText(); });
+    return *std::ranges::max_element(candidates, [numbers](const BundlePtr& a, const BundlePtr& b) {
         if (numbers) return versionNumber(*a) < versionNumber(*b);
         return versionText(a->infoDictionary()) < versionText(b->infoDictionary());
     });
@@ -115,7 +117,8 @@ void QVVersionedPluginLoader::findPluginsAtPath(const std::filesystem::path& pat
 void QVVersionedPluginLoader::addBundleToMap(const BundlePtr& bundle) {
     const OptionalText identifier = bundle ? bundle->identifier() : std::nullopt;
     if (!identifier || !bundle->version()) {
-        log(text("found invalid information in info.plist (%@)", bundle ? OptionalText(bundle->description()) : std::nullopt));
+        const OptionalText described = bundle ? OptionalText(bundle->description()) : std::nullopt;
+        log(text("found invalid information in info.plist (%@)", described));
         return;
     }
     _pluginMap[*identifier].push_back(bundle);

@@ -26,12 +26,14 @@ public:
     /// The program's plug-in folder, then that of each library folder.
     virtual void configureDirectoryPaths();
     [[nodiscard]] const std::vector<std::filesystem::path>& pluginDirectoryList() const { return _pluginDirectoryList; }
-    void setPluginDirectoryList(std::vector<std::filesystem::path> folders) { _pluginDirectoryList = std::move(folders); }
+    void setPluginDirectoryList(std::vector<std::filesystem::path> folders) {
+        _pluginDirectoryList = std::move(folders);
+    }
 
     /// Searches all paths, loads the best of each identifier and reports what was loaded, if anything was.
     void loadPlugins();
-    /// Adds every bundle below the folder; nothing when it is missing. Bundles and symbolic links are not descended into,
-    /// and a link to a bundle counts only when it stays below the folder.
+    /// Adds every bundle below the folder; nothing when it is missing. Bundles and symbolic links are not descended
+    /// into, and a link to a bundle counts only when it stays below the folder.
     void findPluginsAtPath(const std::filesystem::path& path);
     /// Needs an identifier and a version that is text or a number; otherwise logs.
     void addBundleToMap(const BundlePtr& bundle);
@@ -39,10 +41,12 @@ public:
     /// among equal ones the first that was found is loaded.
     void loadBestChoicePlugins();
     void loadPlugin(const BundlePtr& bundle);
-    /// Makes the instance: a script plug-in's from the class "QVSQLJSPlugin", a compiled one's from its principal class,
-    /// in its own code or registered by the application.
+    /// Makes the instance: a script plug-in's from the class "QVSQLJSPlugin", a compiled one's from its principal
+    /// class, in its own code or registered by the application.
     void initPlugin(const BundlePtr& bundle);
-    [[nodiscard]] static bool isJavascriptPlugin(const Bundle& bundle) { return isJavascriptPlugin(bundle.infoDictionary()); }
+    [[nodiscard]] static bool isJavascriptPlugin(const Bundle& bundle) {
+        return isJavascriptPlugin(bundle.infoDictionary());
+    }
     /// Initialises the instance and appends it to the list, unless it does not take part.
     void registerPluginFromInstance(const std::shared_ptr<SQLPlugin>& instance, const Value::Map& infoDictionary);
     /// Logs one line with the identifier and version of every plug-in.

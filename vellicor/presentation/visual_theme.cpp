@@ -51,7 +51,9 @@ QVVisualTheme::~QVVisualTheme() { NotificationCenter::removeObserver(_registrati
 std::shared_ptr<QVVisualTheme> QVVisualTheme::visualTheme() { return sharedTheme<QVVisualTheme>(); }
 std::shared_ptr<QVVisualTheme> QVVisualThemeLight::visualTheme() { return sharedTheme<QVVisualThemeLight>(); }
 std::shared_ptr<QVVisualTheme> QVVisualThemeDark::visualTheme() { return sharedTheme<QVVisualThemeDark>(); }
-std::shared_ptr<QVVisualTheme> QVVisualThemeDarkContent::visualTheme() { return sharedTheme<QVVisualThemeDarkContent>(); }
+std::shared_ptr<QVVisualTheme> QVVisualThemeDarkContent::visualTheme() {
+    return sharedTheme<QVVisualThemeDarkContent>();
+}
 
 std::shared_ptr<QVVisualTheme> QVVisualTheme::visualThemeOfType(std::int64_t type) {
     return type == 2 ? darkTheme() : lightTheme();
@@ -114,12 +116,15 @@ OptionalText QVVisualTheme::preferenceKeyWithName(std::string_view name) {
     return Preferences::shared().objectForKey(name) ? OptionalText(name) : std::nullopt;
 }
 
-void QVVisualTheme::encodeWithCoder(KeyedArchiver& coder) const { coder.encode(exportColorDictionary(), "colorDictionary"); }
+void QVVisualTheme::encodeWithCoder(KeyedArchiver& coder) const {
+    coder.encode(exportColorDictionary(), "colorDictionary");
+}
 
 void QVVisualTheme::mergeColors(const Value* textForms) {
     if (!textForms || !textForms->asMap()) return;
     for (const auto& [key, value] : *textForms->asMap()) {
-        if (const std::string* form = value.asText()) _colorDictionary.insert_or_assign(key, Color::colorWithString(*form));
+        if (const std::string* form = value.asText())
+            _colorDictionary.insert_or_assign(key, Color::colorWithString(*form));
     }
 }
 

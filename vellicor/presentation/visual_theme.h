@@ -30,9 +30,9 @@ inline constexpr const char* commentNotSelectedColor = "commentNotSelectedColor"
 inline constexpr const char* commentBackgroundColor = "commentBackgroundColor";
 }  // namespace themeKeys
 
-/// The colours of one theme: its class's defaults, overlaid with what its file in the support folder holds. Nothing that
-/// is wrong with the file raises. Belongs to the main thread. Make one with `create<T>()`, which reads the file; each
-/// class has one shared instance, which lives as long as the process.
+/// The colours of one theme: its class's defaults, overlaid with what its file in the support folder holds. Nothing
+/// that is wrong with the file raises. Belongs to the main thread. Make one with `create<T>()`, which reads the file;
+/// each class has one shared instance, which lives as long as the process.
 class QVVisualTheme {
 public:
     using Colors = std::map<std::string, Color, std::less<>>;
@@ -72,16 +72,28 @@ public:
     /// The name when a preference of that name is set, otherwise null.
     [[nodiscard]] static OptionalText preferenceKeyWithName(std::string_view name);
 
-    [[nodiscard]] std::optional<Color> schemaBackgroundColor() const { return colorForKey(themeKeys::schemaBackgroundColor); }
+    [[nodiscard]] std::optional<Color> schemaBackgroundColor() const {
+        return colorForKey(themeKeys::schemaBackgroundColor);
+    }
     [[nodiscard]] std::optional<Color> gridColor() const { return colorForKey(themeKeys::gridColor); }
     [[nodiscard]] std::optional<Color> pageLineColor() const { return colorForKey(themeKeys::pageLineColor); }
     [[nodiscard]] std::optional<Color> connectorDefault() const { return colorForKey(themeKeys::connectorDefault); }
     [[nodiscard]] std::optional<Color> tableSelectedColor() const { return colorForKey(themeKeys::tableSelectedColor); }
-    [[nodiscard]] std::optional<Color> tableNotSelectedColor() const { return colorForKey(themeKeys::tableNotSelectedColor); }
-    [[nodiscard]] std::optional<Color> tableBackgroundColor() const { return colorForKey(themeKeys::tableBackgroundColor); }
-    [[nodiscard]] std::optional<Color> commentSelectedColor() const { return colorForKey(themeKeys::commentSelectedColor); }
-    [[nodiscard]] std::optional<Color> commentNotSelectedColor() const { return colorForKey(themeKeys::commentNotSelectedColor); }
-    [[nodiscard]] std::optional<Color> commentBackgroundColor() const { return colorForKey(themeKeys::commentBackgroundColor); }
+    [[nodiscard]] std::optional<Color> tableNotSelectedColor() const {
+        return colorForKey(themeKeys::tableNotSelectedColor);
+    }
+    [[nodiscard]] std::optional<Color> tableBackgroundColor() const {
+        return colorForKey(themeKeys::tableBackgroundColor);
+    }
+    [[nodiscard]] std::optional<Color> commentSelectedColor() const {
+        return colorForKey(themeKeys::commentSelectedColor);
+    }
+    [[nodiscard]] std::optional<Color> commentNotSelectedColor() const {
+        return colorForKey(themeKeys::commentNotSelectedColor);
+    }
+    [[nodiscard]] std::optional<Color> commentBackgroundColor() const {
+        return colorForKey(themeKeys::commentBackgroundColor);
+    }
 
     // --- colours that are the same in every theme
     [[nodiscard]] Color frameColor() const { return Color::sRGB(0, 0, 0); }
@@ -109,11 +121,11 @@ public:
         return theme;
     }
     [[nodiscard]] const std::string& fileName() const { return _fileName; }
-    /// The theme's file in the sub-folder "styles" of the support folder, which is made; null, and a log line, when that
-    /// cannot be.
+    /// The theme's file in the sub-folder "styles" of the support folder, which is made; null, and a log line, when
+    /// that cannot be.
     [[nodiscard]] std::optional<std::filesystem::path> getStorageFileURL() const;
-    /// Lays the file's colours over the present ones, keys that no theme knows included. False when there is no file or it
-    /// cannot be understood.
+    /// Lays the file's colours over the present ones, keys that no theme knows included. False when there is no file or
+    /// it cannot be understood.
     bool loadStoredData();
     /// The text form of every colour by key.
     [[nodiscard]] Value::Map exportColorDictionary() const;

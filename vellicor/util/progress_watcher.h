@@ -5,8 +5,8 @@
 
 namespace vellicor {
 
-/// Three whole numbers, 0 at the start, set from and read as floating-point numbers. What is set is cut off towards zero
-/// and kept inside 32 bits.
+/// Three whole numbers, 0 at the start, set from and read as floating-point numbers. What is set is cut off towards
+/// zero and kept inside 32 bits.
 class ProgressWatcher {
 public:
     [[nodiscard]] double getCount() const { return _count; }

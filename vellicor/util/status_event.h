@@ -70,12 +70,13 @@ public:
     QVStatusEvent(const QVStatusEvent&) = delete;
     QVStatusEvent& operator=(const QVStatusEvent&) = delete;
     static std::shared_ptr<QVStatusEvent> initWithSummary(const OptionalText& summary, const OptionalText& detail);
-    static std::shared_ptr<QVStatusEvent> statusEventWithSummary(const OptionalText& summary, const OptionalText& detail) {
+    static std::shared_ptr<QVStatusEvent> statusEventWithSummary(const OptionalText& summary,
+                                                                 const OptionalText& detail) {
         return initWithSummary(summary, detail);
     }
     static std::shared_ptr<QVStatusEvent> statusEvent(std::int64_t status);
-    /// Summary, detail, date, output file, warning flag, information button and log text, and the same warnings, which keep
-    /// their parent; no parent, log, status or target uid.
+    /// Summary, detail, date, output file, warning flag, information button and log text, and the same warnings, which
+    /// keep their parent; no parent, log, status or target uid.
     [[nodiscard]] std::shared_ptr<QVStatusEvent> copyWithZone(void* zone = nullptr) const;
 
     // --- warnings

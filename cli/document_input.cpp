@@ -1,0 +1,56 @@
+// cli/document_input.cpp — loading, and what its failures mean for the exit status.
+#include "cli/document_input.h"
+
+#include <iostream>
+#include <iterator>
+
+#include "cli/failure.h"
+#include "cli/messages.h"
+#include "cli/progress.h"
+#include "vellicor/fileformat/document_file.h"
+#include "vellicor/platform/text_format.h"
+
+namespace vellicor::cli {
+
+namespace {
+
+std::string standardInput() {
+    std::string bytes(std::istreambuf_iterator<char>(std::cin), {});
+    if (std::cin.bad()) throw Failure(kNoInput, "standard input cannot be read; give the path of a file instead");
+    return bytes;
+}
+
+LoadedDocument load(const Document& document) {
+    try {
+        return document.file ? loadDocument(*document.file) : loadDocumentData(standardInput(), document.name);
+    } catch (const DocumentFileError& error) {
+        if (error.kind() == DocumentFileError::Kind::CannotRead)
+            throw Failure(kNoInput, text("%@; give the path of a design document, or - for standard input", error.reason()));
+        throw Failure(kUnreadable, error.reason());
+    } catch (const SQLException& error) {
+        throw Failure(kUnreadable, text("%@ cannot be read as a design document: %@", document.name, error.reason()));
+    }
+}
+
+}  // namespace
+
+Document readDocument(const std::string& argument, Messages& messages) {
+    Document document;
+    if (argument == "-") {
+        document.name = "standard input";
+        document.stem = "document";
+    } else {
+        document.file = document.name = argument;
+        document.stem = document.file->stem().string();
+    }
+    const Progress progress("reading " + document.name, !messages.quiet());
+    LoadedDocument loaded = load(document);
+    document.container = std::move(loaded.container);
+    document.recovered = loaded.recovered;
+    if (loaded.recovered)
+        messages.warning(text("%@ is damaged (%@) and was repaired while reading; check that nothing is missing", document.name,
+                              loaded.damage));
+    return document;
+}
+
+}  // namespace vellicor::cli

@@ -1,0 +1,55 @@
+// cli/messages.h — what a run has to say besides its data: the library's log and the tool's own warnings.
+#pragma once
+
+#include <mutex>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "cli/log_lines.h"
+#include "vellicor/platform/log.h"
+#include "vellicor/platform/value.h"
+
+namespace vellicor::cli {
+
+/// Collects lines from the moment it is made, the library's log included, and writes them to standard error when the run
+/// is over: a run that fails says one thing only.
+class Messages {
+public:
+    Messages();
+    ~Messages();
+    Messages(const Messages&) = delete;
+    Messages& operator=(const Messages&) = delete;
+
+    void setQuiet(bool flag) { _quiet = flag; }
+    [[nodiscard]] bool quiet() const { return _quiet; }
+    /// Shows notes, too, and what came before a failure.
+    void setVerbose(bool flag) { _verbose = flag; }
+
+    void add(Level level, std::string_view text);
+    void warning(std::string_view text) { add(Level::Warning, text); }
+    [[nodiscard]] std::size_t warningCount() const;
+    /// For machine-readable results: maps of "level" and "text", in order.
+    [[nodiscard]] Value::List events() const;
+
+    /// "vellicor: warning: ..." for each line that was collected since the last call, unless quiet.
+    void show();
+    /// "vellicor: error: ...", with what was collected before it only when verbose.
+    void showError(std::string_view text);
+
+private:
+    struct Line {
+        Level level;
+        std::string text;
+    };
+    static void write(std::string_view colour, std::string_view kind, std::string_view text);
+
+    mutable std::mutex _mutex;
+    std::vector<Line> _lines;
+    std::size_t _shown = 0;
+    bool _quiet = false;
+    bool _verbose = false;
+    LogSink _previousSink;
+};
+
+}  // namespace vellicor::cli

@@ -1,0 +1,36 @@
+// cli/progress.cpp — the thread that writes the line.
+#include "cli/progress.h"
+
+#include <chrono>
+#include <iostream>
+
+#include "cli/log_lines.h"
+#include "cli/terminal.h"
+
+namespace vellicor::cli {
+
+Progress::Progress(std::string what, bool shown) : _what(std::move(what)) {
+    if (shown && errorsGoToTerminal()) _thread = std::thread([this] { run(); });
+}
+
+Progress::~Progress() {
+    if (!_thread.joinable()) return;
+    {
+        std::scoped_lock lock(_mutex);
+        _over = true;
+    }
+    _wake.notify_one();
+    _thread.join();
+}
+
+void Progress::run() {
+    using namespace std::chrono_literals;
+    constexpr std::string_view kClearLine = "\r\033[K";
+    std::unique_lock lock(_mutex);
+    int seconds = 0;
+    while (!_wake.wait_for(lock, 1s, [this] { return _over; }))
+        std::cerr << kClearLine << "vellicor: " << singleLine(_what) << ", " << ++seconds << " s" << std::flush;
+    if (seconds > 0) std::cerr << kClearLine << std::flush;
+}
+
+}  // namespace vellicor::cli
