@@ -29,7 +29,8 @@ std::string explained(const CLI::App& app, const CLI::ParseError& error) {
     if (dynamic_cast<const CLI::ExtrasError*>(&error)) {
         const std::string word = unexpectedWord(app);
         if (word.size() > 1 && word.front() == '-')
-            return text("there is no option '%@'%@%@", word, suggestion(word.substr(0, word.find('=')), optionNames(command)), help);
+            return text("there is no option '%@'%@%@", word,
+                        suggestion(word.substr(0, word.find('=')), optionNames(command)), help);
         if (!subcommandNames(command).empty()) return unknownCommand(command, word);
         return text("'%@' is one argument too many%@", word, help);
     }

@@ -11,7 +11,8 @@ namespace vellicor::cli {
 
 std::vector<std::string> subcommandNames(const CLI::App& app) {
     std::vector<std::string> names;
-    for (const CLI::App* command : app.get_subcommands([](const CLI::App*) { return true; })) names.push_back(command->get_name());
+    for (const CLI::App* command : app.get_subcommands([](const CLI::App*) { return true; }))
+        names.push_back(command->get_name());
     return names;
 }
 
@@ -38,15 +39,16 @@ const CLI::App& chosenCommand(const CLI::App& app) {
 }
 
 std::string unknownCommand(const CLI::App& above, const std::string& name) {
-    return text("there is no command '%@'%@; '%@ --help' lists all", name, suggestion(name, subcommandNames(above)), fullName(above));
+    return text("there is no command '%@'%@; '%@ --help' lists all", name, suggestion(name, subcommandNames(above)),
+                fullName(above));
 }
 
 const CLI::App& commandNamed(const CLI::App& app, const std::vector<std::string>& path) {
     const CLI::App* command = &app;
     for (const std::string& name : path) {
-        const auto below = command->get_subcommands([&name](const CLI::App* candidate) { return candidate->get_name() == name; });
-        if (below.empty())
-            throw Failure(kBadUse, unknownCommand(*command, name));
+        const auto below =
+            command->get_subcommands([&name](const CLI::App* candidate) { return candidate->get_name() == name; });
+        if (below.empty()) throw Failure(kBadUse, unknownCommand(*command, name));
         command = below.front();
     }
     return *command;

@@ -167,8 +167,8 @@ std::string fishCompletion(const CompletionCommand& root) {
     std::string lines;
     for (const CompletionCommand* command : allCommands(root)) {
         if (command != &root) names.push_back(quotedForFish(command->name));
-        const std::string start =
-            text("complete -c vellicor -n %@", quotedForFish(text("test (__vellicor_command) = \"%@\"", command->name)));
+        const std::string start = text("complete -c vellicor -n %@",
+                                       quotedForFish(text("test (__vellicor_command) = \"%@\"", command->name)));
         for (const CompletionCommand& below : command->commands)
             lines += text("%@ -f -a %@ -d %@\n", start, quotedForFish(below.word), quotedForFish(below.description));
         for (const CompletionOption& option : command->options) {

@@ -20,7 +20,9 @@ std::vector<std::string> membersIn(const std::string& type) {
     return CLI::detail::split(type.substr(open + 1, close - open - 1), ',');
 }
 
-const CLI::App& rootOf(const CLI::App& command) { return command.get_parent() ? rootOf(*command.get_parent()) : command; }
+const CLI::App& rootOf(const CLI::App& command) {
+    return command.get_parent() ? rootOf(*command.get_parent()) : command;
+}
 
 std::vector<std::string> preferenceKeys(const char* behind) {
     std::vector<std::string> keys;

@@ -12,7 +12,7 @@ namespace vellicor::cli {
 
 /// What may stand in a place.
 struct CompletionValue {
-    bool isTaken = true;               ///< false: a flag takes no value
+    bool isTaken = true;  ///< false: a flag takes no value
     bool isFile = false;
     std::vector<std::string> choices;  ///< empty: anything, or a file
 };

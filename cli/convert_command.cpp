@@ -36,7 +36,8 @@ struct ConvertOptions {
 std::string xmlForm(const Document& document) {
     // A document that has labels keeps them, unless the user set the preference.
     Preferences& preferences = Preferences::shared();
-    if (!document.container->objectLabelManager()->labelList().empty() && !preferences.objectForKey(prefs::documentLevelLabels))
+    if (!document.container->objectLabelManager()->labelList().empty() &&
+        !preferences.objectForKey(prefs::documentLevelLabels))
         preferences.setBool(true, prefs::documentLevelLabels);
     std::string all;
     document.container->writeXML([&all](std::string_view piece) { all += piece; });
@@ -69,7 +70,8 @@ const Form& chosenForm(const ConvertOptions& options) {
     std::string extension = std::filesystem::path(options.output).extension().string();
     if (!extension.empty()) extension.erase(0, 1);
     for (const Form& form : kForms)
-        if (options.form.empty() ? equalIgnoringCase(form.extension, extension) : form.name == options.form) return form;
+        if (options.form.empty() ? equalIgnoringCase(form.extension, extension) : form.name == options.form)
+            return form;
     throw Failure(kBadUse, text("'%@' does not say which form is meant; choose one of %@ with --to", options.output,
                                 joined(formNames(), ", ")));
 }
@@ -95,7 +97,8 @@ ExitCode run(const ConvertOptions& options, Messages& messages) {
 
 void addConvertCommand(CLI::App& app, Session& session) {
     auto options = std::make_shared<ConvertOptions>();
-    CLI::App& command = *app.add_subcommand("convert", "write a document as XML, JSON, Markdown, Mermaid or a Graphviz graph");
+    CLI::App& command =
+        *app.add_subcommand("convert", "write a document as XML, JSON, Markdown, Mermaid or a Graphviz graph");
     addDocument(command, options->document);
     command.add_option("-o,--output", options->output, "file or folder to write; - for standard output")
         ->type_name(kFileType)

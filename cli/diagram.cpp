@@ -56,7 +56,8 @@ private:
         table.forEachComponent<SQLField>([&](SQLField& field) {
             _places[&field] = {index, entry.columns.size()};
             const bool key = field.primaryKey();
-            entry.columns.push_back({&field, field.getName(), field.getType(), key, false, key || field.getNotNull(), field.isUnique()});
+            entry.columns.push_back(
+                {&field, field.getName(), field.getType(), key, false, key || field.getNotNull(), field.isUnique()});
         });
         const auto keys = table.primaryKeyObjectList();
         if (keys.size() == 1) entry.columns[_places[keys.front()].column].unique = true;
@@ -99,19 +100,23 @@ private:
         _diagram.arrows.push_back(std::move(arrow));
     }
 
-    /// Whether a row is known by these columns: one is unique, or they hold the whole primary key or a unique constraint.
-    bool areUniqueTogether(const SQLTable& table, const std::vector<DiagramColumn>& columns, const std::vector<std::size_t>& chosen) {
+    /// Whether a row is known by these columns: one is unique, or they hold the whole primary key or a unique
+    /// constraint.
+    bool areUniqueTogether(const SQLTable& table, const std::vector<DiagramColumn>& columns,
+                           const std::vector<std::size_t>& chosen) {
         std::set<const SQLField*> fields;
         for (const std::size_t column : chosen) {
             if (columns[column].unique) return true;
             fields.insert(columns[column].field);
         }
         const auto isCovered = [&fields](const auto& list) {
-            return !list.empty() && std::ranges::all_of(list, [&](const SQLField* field) { return fields.contains(field); });
+            return !list.empty() &&
+                   std::ranges::all_of(list, [&](const SQLField* field) { return fields.contains(field); });
         };
         bool unique = isCovered(table.primaryKeyObjectList());
         table.forEachComponent<SQLIndex>([&](SQLIndex& index) {
-            unique = unique || (equalIgnoringCase(trimmed(index.getIndexType()), "UNIQUE") && isCovered(index.fieldList()));
+            unique =
+                unique || (equalIgnoringCase(trimmed(index.getIndexType()), "UNIQUE") && isCovered(index.fieldList()));
         });
         return unique;
     }

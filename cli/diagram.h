@@ -31,16 +31,16 @@ struct DiagramArrow {
     std::vector<std::size_t> fromColumns;
     std::size_t to;
     std::vector<std::size_t> toColumns;
-    bool optional;  ///< a column of it may be null
-    bool single;    ///< at most one row references the same target
+    bool optional;        ///< a column of it may be null
+    bool single;          ///< at most one row references the same target
     std::string actions;  ///< "on delete cascade, on update restrict"; empty without any
 };
 
 struct Diagram {
     std::vector<DiagramTable> tables;  ///< views are none; by name
     std::vector<DiagramArrow> arrows;
-    std::vector<const SQLView*> views;        ///< by name
-    std::vector<const SQLComment*> remarks;   ///< notes on the canvas, without framed areas
+    std::vector<const SQLView*> views;       ///< by name
+    std::vector<const SQLComment*> remarks;  ///< notes on the canvas, without framed areas
 };
 
 /// Points into the document.

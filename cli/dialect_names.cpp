@@ -24,7 +24,8 @@ struct Alias {
     std::string_view alias;
     std::string_view name;
 };
-constexpr Alias kAliases[] = {{"pg", "postgres"}, {"postgresql", "postgres"}, {"mssql", "SQLServer"}, {"sqlite3", "SQLite"}};
+constexpr Alias kAliases[] = {
+    {"pg", "postgres"}, {"postgresql", "postgres"}, {"mssql", "SQLServer"}, {"sqlite3", "SQLite"}};
 
 std::optional<std::string> findDialect(std::string_view name, const std::vector<std::string>& names) {
     const auto isNamed = [](std::string_view wanted) {
@@ -50,14 +51,16 @@ std::string dialectNamed(std::string_view name) {
     if (auto found = findDialect(name, names)) return *found;
     std::vector<std::string> candidates = names;
     for (const Alias& alias : kAliases) candidates.emplace_back(alias.alias);
-    throw Failure(kBadUse, text("there is no dialect '%@'%@; choose one of %@", name, suggestion(name, candidates), joined(names, ", ")));
+    throw Failure(kBadUse, text("there is no dialect '%@'%@; choose one of %@", name, suggestion(name, candidates),
+                                joined(names, ", ")));
 }
 
 std::string dialectOf(const SQLContainer& document, Messages& messages) {
     const std::string own = document.documentInfo() ? document.documentInfo()->exportDialect() : std::string();
     if (own.empty()) return std::string(kGeneric);
     if (auto found = findDialect(own, dialectNames())) return *found;
-    messages.warning(text("the document asks for a dialect '%@', which is not known; generic is used, choose another with -d", own));
+    messages.warning(
+        text("the document asks for a dialect '%@', which is not known; generic is used, choose another with -d", own));
     return std::string(kGeneric);
 }
 

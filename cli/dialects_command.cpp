@@ -24,10 +24,12 @@ constexpr Capability kCapabilities[] = {
     {"views", "views", [](GenericSQLExporter& e) { return e.supportsViews(); }},
     {"checkConstraints", "check constraints", [](GenericSQLExporter& e) { return e.supportsCheckConstraints(); }},
     {"ifNotExists", "IF NOT EXISTS", [](GenericSQLExporter& e) { return e.supportsIfNotExists(); }},
-    {"indexIfNotExists", "IF NOT EXISTS for indexes", [](GenericSQLExporter& e) { return e.supportsIfNotExistsSQLIndex(); }},
+    {"indexIfNotExists", "IF NOT EXISTS for indexes",
+     [](GenericSQLExporter& e) { return e.supportsIfNotExistsSQLIndex(); }},
     {"indexPrefixSizes", "index prefix sizes", [](GenericSQLExporter& e) { return e.supportsIndexPrefixSize(); }},
     {"indexesAfterTables", "indexes after tables", [](GenericSQLExporter& e) { return e.supportsIndexPostLoad(); }},
-    {"inlineAutoIncrement", "auto-increment in the column", [](GenericSQLExporter& e) { return e.supportsInlineAutoIncrement(); }},
+    {"inlineAutoIncrement", "auto-increment in the column",
+     [](GenericSQLExporter& e) { return e.supportsInlineAutoIncrement(); }},
     {"namedPrimaryKeys", "named primary keys", [](GenericSQLExporter& e) { return e.usePrimaryKeyConstraintName(); }},
     {"namedForeignKeys", "named foreign keys", [](GenericSQLExporter& e) { return e.addForeignKeyConstraintName(); }},
     {"globalIndexNames", "index names unique in the database",
@@ -49,7 +51,8 @@ struct Dialect {
 std::vector<Dialect> allDialects() {
     std::vector<Dialect> dialects;
     const DialectManager::Records& records = DialectManager::getDialectManager().exporterList();
-    for (const auto& record : records) dialects.push_back({record->getName(), record->getExporter(), record->driverClassPathList()});
+    for (const auto& record : records)
+        dialects.push_back({record->getName(), record->getExporter(), record->driverClassPathList()});
     const std::vector<std::string> names = dialectNames();
     for (std::size_t plugin = records.size(); plugin < names.size(); ++plugin)
         dialects.push_back({names[plugin], exporterOrNull(names[plugin]), {}});
@@ -63,16 +66,19 @@ std::string dialectText(const Dialect& dialect) {
             if (capability.has(*exporter)) capabilities.emplace_back(capability.words);
     std::vector<std::string> drivers = dialect.drivers;
     std::erase(drivers, "");
-    return text("%@\n    own name      %@\n    drivers       %@\n    capabilities  %@\n", dialect.name, dialect.ownName(),
-                drivers.empty() ? "none" : joined(drivers, ", "), capabilities.empty() ? "unknown" : joined(capabilities, ", "));
+    return text("%@\n    own name      %@\n    drivers       %@\n    capabilities  %@\n", dialect.name,
+                dialect.ownName(), drivers.empty() ? "none" : joined(drivers, ", "),
+                capabilities.empty() ? "unknown" : joined(capabilities, ", "));
 }
 
 Value::Map dialectJson(const Dialect& dialect) {
     Value::Map capabilities;
     if (GenericSQLExporter* exporter = dialect.generic()) {
-        for (const Capability& capability : kCapabilities) capabilities[capability.key] = Value::boolean(capability.has(*exporter));
+        for (const Capability& capability : kCapabilities)
+            capabilities[capability.key] = Value::boolean(capability.has(*exporter));
         capabilities["reservedWords"] = Value::integer(static_cast<std::int64_t>(exporter->reservedWords().size()));
-        capabilities["quotes"] = Value::List{exporter->getStartingQuoteIdentifierString(), exporter->getEndingQuoteIdentifierString()};
+        capabilities["quotes"] =
+            Value::List{exporter->getStartingQuoteIdentifierString(), exporter->getEndingQuoteIdentifierString()};
     }
     return {{"name", dialect.name},
             {"ownName", dialect.ownName()},
@@ -98,7 +104,8 @@ ExitCode run(const ReportOptions& report) {
 
 void addDialectsCommand(CLI::App& app, Session& session) {
     auto report = std::make_shared<ReportOptions>();
-    CLI::App& command = *app.add_subcommand("dialects", "list the dialects, their database drivers and what they can do");
+    CLI::App& command =
+        *app.add_subcommand("dialects", "list the dialects, their database drivers and what they can do");
     addJsonOption(command, *report);
     command.callback([report, &session] { session.choose(*report, [report] { return run(*report); }); });
 }

@@ -25,7 +25,8 @@ LoadedDocument load(const Document& document) {
         return document.file ? loadDocument(*document.file) : loadDocumentData(standardInput(), document.name);
     } catch (const DocumentFileError& error) {
         if (error.kind() == DocumentFileError::Kind::CannotRead)
-            throw Failure(kNoInput, text("%@; give the path of a design document, or - for standard input", error.reason()));
+            throw Failure(kNoInput,
+                          text("%@; give the path of a design document, or - for standard input", error.reason()));
         throw Failure(kUnreadable, error.reason());
     } catch (const SQLException& error) {
         throw Failure(kUnreadable, text("%@ cannot be read as a design document: %@", document.name, error.reason()));
@@ -48,8 +49,8 @@ Document readDocument(const std::string& argument, Messages& messages) {
     document.container = std::move(loaded.container);
     document.recovered = loaded.recovered;
     if (loaded.recovered)
-        messages.warning(text("%@ is damaged (%@) and was repaired while reading; check that nothing is missing", document.name,
-                              loaded.damage));
+        messages.warning(text("%@ is damaged (%@) and was repaired while reading; check that nothing is missing",
+                              document.name, loaded.damage));
     return document;
 }
 

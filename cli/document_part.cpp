@@ -27,7 +27,8 @@ bool matchesAny(const std::vector<std::string>& patterns, std::string_view name)
 }
 
 bool isChosen(const SQLTable& table, const PartOptions& options) {
-    if (!options.tables.empty() && !matchesAny(options.tables, table.getName()) && !matchesAny(options.tables, table.getBaseName()))
+    if (!options.tables.empty() && !matchesAny(options.tables, table.getName()) &&
+        !matchesAny(options.tables, table.getBaseName()))
         return false;
     if (!options.schemas.empty() && !matchesAny(options.schemas, table.getSchemaName())) return false;
     return options.labels.empty() || (table.label() && matchesAny(options.labels, table.label()->getName()));
@@ -49,7 +50,8 @@ class Cut {
 public:
     Cut(SQLContainer& document, const PartOptions& options, Messages& messages) : _messages(messages) {
         for (const auto& object : document.objectList())
-            if (auto table = as<SQLTable>(object)) (isChosen(*table, options) ? _kept : _leftOut).push_back(std::move(table));
+            if (auto table = as<SQLTable>(object))
+                (isChosen(*table, options) ? _kept : _leftOut).push_back(std::move(table));
         for (const auto& table : _leftOut) {
             _gone.insert(table.get());
             _goneNames.insert(caseFolded(table->getBaseName()));
@@ -66,7 +68,8 @@ public:
         for (const auto& table : _kept)
             table->forEachComponent<SQLField>([&](SQLField& column) {
                 if (!column.hasForeignKey()) return;
-                if (std::string type = column.getType(); type != column.getOriginalType()) types.emplace_back(&column, type);
+                if (std::string type = column.getType(); type != column.getOriginalType())
+                    types.emplace_back(&column, type);
                 if (isGone(column.targetTable()) && column.isForcedUnsigned() && column.getForcedUnsigned())
                     unsignedColumns.push_back(&column);
             });
@@ -96,13 +99,16 @@ public:
         for (const auto& table : _kept) {
             const auto* view = as<SQLView>(table.get());
             const std::string name = view ? goneNameIn(view->queryString()) : std::string();
-            if (!name.empty()) _messages.warning(text("the view %@ asks for %@, which is left out", view->getName(), name));
+            if (!name.empty())
+                _messages.warning(text("the view %@ asks for %@, which is left out", view->getName(), name));
         }
     }
 
     void reportOwnSQL(const SQLDocumentInfo& info) const {
         const std::string name = goneNameIn(info.prologueExportSQL() + " " + info.postExportSQL());
-        if (!name.empty()) _messages.warning(text("the document's own SQL, which is written whole, names %@, which is left out", name));
+        if (!name.empty())
+            _messages.warning(
+                text("the document's own SQL, which is written whole, names %@, which is left out", name));
     }
 
 private:
@@ -112,7 +118,8 @@ private:
     [[nodiscard]] std::string goneNameIn(std::string_view sql) const {
         const auto isWordPart = [](char c) {
             const auto byte = static_cast<unsigned char>(c);
-            return byte >= 0x80 || c == '_' || c == '$' || (c >= '0' && c <= '9') || ((byte | 0x20) >= 'a' && (byte | 0x20) <= 'z');
+            return byte >= 0x80 || c == '_' || c == '$' || (c >= '0' && c <= '9') ||
+                   ((byte | 0x20) >= 'a' && (byte | 0x20) <= 'z');
         };
         for (auto at = sql.begin(); at != sql.end();) {
             const auto begin = std::find_if(at, sql.end(), isWordPart);
@@ -136,7 +143,8 @@ void keepPart(SQLContainer& document, const PartOptions& options, Messages& mess
     if (options.isWhole()) return;
     const Cut cut(document, options, messages);
     if (cut.kept().empty())
-        throw Failure(kBadUse, text("no table or view matches %@; 'vellicor info' shows what the document holds", allPatterns(options)));
+        throw Failure(kBadUse, text("no table or view matches %@; 'vellicor info' shows what the document holds",
+                                    allPatterns(options)));
     cut.keepForcedTypes();
     cut.cutKeys();
     cut.reportQueries();

@@ -44,11 +44,12 @@ std::string node(const DiagramTable& table, std::size_t index) {
     for (std::size_t column = 0; column < table.columns.size(); ++column) {
         const DiagramColumn& entry = table.columns[column];
         const std::string name = markup(entry.name);
-        rows += text(R"(<TR><TD PORT="c%lu" ALIGN="LEFT">%@ %@</TD></TR>)", column, entry.primaryKey ? text("<U>%@</U>", name) : name,
-                     markup(entry.type));
+        rows += text(R"(<TR><TD PORT="c%lu" ALIGN="LEFT">%@ %@</TD></TR>)", column,
+                     entry.primaryKey ? text("<U>%@</U>", name) : name, markup(entry.type));
     }
-    return text(R"(    t%lu [label=<<TABLE BORDER="0" CELLBORDER="1" CELLSPACING="0"><TR><TD BGCOLOR="lightgrey"><B>%@</B></TD></TR>%@</TABLE>>];)",
-                index, markup(table.name), rows) +
+    return text(
+               R"(    t%lu [label=<<TABLE BORDER="0" CELLBORDER="1" CELLSPACING="0"><TR><TD BGCOLOR="lightgrey"><B>%@</B></TD></TR>%@</TABLE>>];)",
+               index, markup(table.name), rows) +
            "\n";
 }
 
@@ -63,7 +64,8 @@ std::string dotForm(const Diagram& diagram, std::string_view title) {
     std::string all = text("digraph %@ {\n    graph [rankdir=LR];\n    node [shape=plain];\n", quoted(title));
     for (std::size_t index = 0; index < diagram.tables.size(); ++index) all += node(diagram.tables[index], index);
     for (const DiagramArrow& arrow : diagram.arrows)
-        all += text("    %@ -> %@ [label=%@];\n", end(arrow.from, arrow.fromColumns), end(arrow.to, arrow.toColumns), quoted(arrow.name));
+        all += text("    %@ -> %@ [label=%@];\n", end(arrow.from, arrow.fromColumns), end(arrow.to, arrow.toColumns),
+                    quoted(arrow.name));
     return all + "}\n";
 }
 

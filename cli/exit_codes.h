@@ -6,11 +6,11 @@ namespace vellicor::cli {
 /// Part of the tool's interface: scripts rely on the numbers.
 enum ExitCode {
     kDone = 0,
-    kFailed = 1,         ///< failed while running
-    kBadUse = 64,        ///< the command line is wrong
-    kUnreadable = 65,    ///< no design document, or one that is damaged beyond recovery
-    kNoInput = 66,       ///< no such file
-    kCannotWrite = 73,   ///< the output cannot be written
+    kFailed = 1,        ///< failed while running
+    kBadUse = 64,       ///< the command line is wrong
+    kUnreadable = 65,   ///< no design document, or one that is damaged beyond recovery
+    kNoInput = 66,      ///< no such file
+    kCannotWrite = 73,  ///< the output cannot be written
 };
 
 }  // namespace vellicor::cli

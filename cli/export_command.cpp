@@ -82,10 +82,12 @@ void applyFlags(const ExportOptions& options) {
 
 /// A flag with an opposite; null when neither is given.
 void addSwitch(CLI::App& command, const char* names, std::optional<bool>& value, const char* description) {
-    command.add_flag_function(names, [&value](std::int64_t count) { value = count > 0; }, description);
+    command.add_flag_function(
+        names, [&value](std::int64_t count) { value = count > 0; }, description);
 }
 
-std::string script(const Document& document, const std::string& dialect, const ExportOptions& options, Messages& messages) {
+std::string script(const Document& document, const std::string& dialect, const ExportOptions& options,
+                   Messages& messages) {
     const auto exporter = exporterFor(dialect);
     SQLContainer& container = *document.container;
     SQLDocumentInfo& info = *container.documentInfo();
@@ -106,7 +108,8 @@ ExitCode run(const ExportOptions& options, Messages& messages) {
 
     const std::string extension = SQLDialectManager::sharedDialectManager().exportFileTypeForDialect(dialect);
     const Output output = Output::to(options.output, document.stem, extension.empty() ? "sql" : extension);
-    if (output.replaces(document)) throw Failure(kBadUse, "the script would replace the document; choose another file with -o");
+    if (output.replaces(document))
+        throw Failure(kBadUse, "the script would replace the document; choose another file with -o");
 
     std::string sql;
     {
@@ -126,14 +129,17 @@ void addExportCommand(CLI::App& app, Session& session) {
     addDocument(command, options->document);
     command.add_option("-d,--dialect", options->dialect, "dialect of the script; the document's own when not given")
         ->type_name(kDialectType);
-    command.add_option("-o,--output", options->output, "file, or folder for <document>.sql; - or none: standard output")
+    command
+        .add_option("-o,--output", options->output, "file, or folder for <document>.sql; - or none: standard output")
         ->type_name(kFileType);
     addSwitch(command, "--drop,!--no-drop", options->drop, "drop tables first, or do not, whatever the document says");
     addSwitch(command, "--header,!--no-header", options->header, "begin with a title line, or do not");
-    command.add_flag("--if-not-exists", options->ifNotExists, "create only what does not exist, where the dialect can say so");
+    command.add_flag("--if-not-exists", options->ifNotExists,
+                     "create only what does not exist, where the dialect can say so");
     command.add_option("--sort", options->sort, "order of the objects")
         ->check(CLI::IsMember(std::vector<std::string>(kSortOrders.begin(), kSortOrders.end())));
-    command.add_option("--quote", options->quote, "which names are put in quotes")->check(CLI::IsMember(quotingModeNames()));
+    command.add_option("--quote", options->quote, "which names are put in quotes")
+        ->check(CLI::IsMember(quotingModeNames()));
     command.add_flag("--honor-ignore", options->honorIgnore, "leave out what the document marks as not to be exported");
     command.add_flag("--classic", options->classic, "the classic text, even where the database would refuse it");
     addPartOptions(command, options->part);

@@ -25,7 +25,8 @@ public:
         if (option->get_items_expected_max() == 0 || option->get_positional()) return {};
         const std::string type = option->get_type_name();
         const auto open = type.find('{');
-        return " " + (open == std::string::npos ? type : replacingAll(removingCharacters(type.substr(open), "{}"), ",", "|"));
+        return " " +
+               (open == std::string::npos ? type : replacingAll(removingCharacters(type.substr(open), "{}"), ",", "|"));
     }
 };
 

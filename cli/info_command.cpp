@@ -47,20 +47,23 @@ struct Facts {
 Facts factsOf(const Document& document, Messages& messages) {
     const SQLContainer& container = *document.container;
     const SQLDocumentInfo& info = *container.documentInfo();
-    Facts facts{.dialect = dialectOf(container, messages),
-                .generator = info.getProperty(keys::generator),
-                .generatorVersion = info.getProperty(keys::generatorVersion),
-                .fileFormatVersion = info.getProperty(keys::fileFormatVersion),
-                .recoveredEarlier = !document.recovered && container.getPropertyAsBoolean(keys::documentRecoveryOccurred),
-                .counts = countsByClass(container),
-                .schemas = {},
-                .labels = {}};
+    Facts facts{
+        .dialect = dialectOf(container, messages),
+        .generator = info.getProperty(keys::generator),
+        .generatorVersion = info.getProperty(keys::generatorVersion),
+        .fileFormatVersion = info.getProperty(keys::fileFormatVersion),
+        .recoveredEarlier = !document.recovered && container.getPropertyAsBoolean(keys::documentRecoveryOccurred),
+        .counts = countsByClass(container),
+        .schemas = {},
+        .labels = {}};
     for (const auto& schema : container.schemaList())
         if (!schema->isUnspecifiedSchema() || !schema->isEmpty())
-            facts.schemas.push_back({schema->displayName(), static_cast<std::int64_t>(schema->objectList().size()), {}});
+            facts.schemas.push_back(
+                {schema->displayName(), static_cast<std::int64_t>(schema->objectList().size()), {}});
     const SQLObjectLabelManager& labels = *container.objectLabelManager();
     for (const auto& label : labels.labelList())
-        facts.labels.push_back({label->getName(), static_cast<std::int64_t>(labels.countOfObjectsWithLabel(label.get())),
+        facts.labels.push_back({label->getName(),
+                                static_cast<std::int64_t>(labels.countOfObjectsWithLabel(label.get())),
                                 label->colorString()});
     return facts;
 }
@@ -80,7 +83,7 @@ std::string factsText(const Document& document, const Facts& facts) {
     line("dialect", facts.dialect);
     line("file format", facts.fileFormatVersion);
     line("generator", text("%@ %@", facts.generator, facts.generatorVersion));
-    line("state", document.recovered        ? "damaged, repaired while reading"
+    line("state", document.recovered       ? "damaged, repaired while reading"
                   : facts.recoveredEarlier ? "repaired before it was saved"
                                            : "intact");
     line("schemas", groupsText(facts.schemas));
@@ -129,7 +132,8 @@ ExitCode run(const InfoOptions& options, Messages& messages) {
 
 void addInfoCommand(CLI::App& app, Session& session) {
     auto options = std::make_shared<InfoOptions>();
-    CLI::App& command = *app.add_subcommand("info", "show what a document holds: counts, dialect, versions, schemas, labels");
+    CLI::App& command =
+        *app.add_subcommand("info", "show what a document holds: counts, dialect, versions, schemas, labels");
     addDocument(command, options->document);
     addPreferenceOptions(command, options->preferences);
     addJsonOption(command, options->report);

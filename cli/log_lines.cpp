@@ -9,19 +9,41 @@ namespace vellicor::cli {
 
 namespace {
 
-/// How the lines begin that report progress or the state of a comparison. Everything that is not here concerns the user.
+/// How the lines begin that report progress or the state of a comparison. Everything that is not here concerns the
+/// user.
 constexpr std::string_view kInformation[] = {
-    "[NOTE]", "Note:", "NOTE:",
+    "[NOTE]",
+    "Note:",
+    "NOTE:",
     // alter scripts and their comparisons
-    "alter index called", "altering ", "[FOREIGN KEY MATCH]", "[FOREIGN KEY MISMATCH]", "|| DROPPING indexed property",
-    "[INDEXED FIELD]", "dropIndexName = ", "canDropIndex = ", "C1 - DropIndexInstruction", "Adding fk Index",
-    "type types are synonymous", "newField type = ",
+    "alter index called",
+    "altering ",
+    "[FOREIGN KEY MATCH]",
+    "[FOREIGN KEY MISMATCH]",
+    "|| DROPPING indexed property",
+    "[INDEXED FIELD]",
+    "dropIndexName = ",
+    "canDropIndex = ",
+    "C1 - DropIndexInstruction",
+    "Adding fk Index",
+    "type types are synonymous",
+    "newField type = ",
     // references while a document is read, and their graph
-    "referenceList = ", "source = ", "no subgraphs", "Root [type:", "updating foreign key", "need to rebuild:",
+    "referenceList = ",
+    "source = ",
+    "no subgraphs",
+    "Root [type:",
+    "updating foreign key",
+    "need to rebuild:",
     // exports, repairs and plug-ins that went well
-    "Exporting to ", "SQLContainer debug", "FIX: ", "Plugin Type: ", "Loaded Plugins: ",
+    "Exporting to ",
+    "SQLContainer debug",
+    "FIX: ",
+    "Plugin Type: ",
+    "Loaded Plugins: ",
     // what is drawn on the canvas has neither SQL nor a name in any dialect
-    "No method available: exportSQLComment:", "No method available: getCanonicalNameSQLComment:",
+    "No method available: exportSQLComment:",
+    "No method available: getCanonicalNameSQLComment:",
     "No method available: getCanonicalNameSQLCanvasArea:",
 };
 
@@ -34,7 +56,8 @@ Level levelOfLogLine(std::string_view line) {
     const std::string_view text = trimmed(line);
     const auto begins = [text](std::string_view start) { return text.starts_with(start); };
     const auto holds = [text](std::string_view part) { return text.find(part) != text.npos; };
-    return std::ranges::any_of(kInformation, begins) || std::ranges::any_of(kComparisons, holds) ? Level::Note : Level::Warning;
+    return std::ranges::any_of(kInformation, begins) || std::ranges::any_of(kComparisons, holds) ? Level::Note
+                                                                                                 : Level::Warning;
 }
 
 std::string singleLine(std::string_view text) {

@@ -35,8 +35,8 @@ std::string escaped(std::string_view raw) {
         }
         const bool startsBlock = i == 0 && (c == '+' || c == '-' || c == '=');
         const bool endsNumber = (c == '.' || c == ')') && i > 0 && text.find_first_not_of("0123456789") == i;
-        if (std::string_view("\\`*[]<>|~&#$!").find(c) != std::string_view::npos || (c == '_' && !isInsideWord(text, i)) ||
-            startsBlock || endsNumber)
+        if (std::string_view("\\`*[]<>|~&#$!").find(c) != std::string_view::npos ||
+            (c == '_' && !isInsideWord(text, i)) || startsBlock || endsNumber)
             all += '\\';
         all += c;
     }
@@ -81,7 +81,8 @@ private:
         _text += text("\n### %@\n", escaped(table.name));
         writeParagraph(table.table->getComment());
         if (!table.columns.empty()) {
-            _text += "\n" + row({"Column", "Type", "Null", "Key", "Default", "Comment"}) + row(std::vector<std::string>(6, "---"));
+            _text += "\n" + row({"Column", "Type", "Null", "Key", "Default", "Comment"}) +
+                     row(std::vector<std::string>(6, "---"));
             for (const DiagramColumn& column : table.columns) writeColumn(column);
         }
         writeReferences(table, _arrows[index]);
@@ -103,7 +104,8 @@ private:
         _text += "\nForeign keys:\n\n";
         for (const DiagramArrow* arrow : arrows) {
             const DiagramTable& target = _diagram.tables[arrow->to];
-            _text += text("- %@(%@) references %@(%@)%@\n", arrow->name.empty() ? std::string() : escaped(arrow->name) + ": ",
+            _text += text("- %@(%@) references %@(%@)%@\n",
+                          arrow->name.empty() ? std::string() : escaped(arrow->name) + ": ",
                           escaped(joined(namesOf(table, arrow->fromColumns), ", ")), escaped(target.name),
                           escaped(joined(namesOf(target, arrow->toColumns), ", ")),
                           arrow->actions.empty() ? std::string() : " " + arrow->actions);
@@ -114,10 +116,11 @@ private:
         std::string lines;
         table.table->forEachComponent<SQLIndex>([&](SQLIndex& index) {
             const auto* constraint = as<SQLConstraint>(&index);
-            const std::string content = index.isCheckConstraint() && constraint ? constraint->checkConstraintExpression()
-                                                                                : joined(index.getFieldNameListWithPrefixes(true), ", ");
-            lines += text("- %@: %@ (%@)\n", escaped(index.getName()), escaped(index.getIndexType().empty() ? "INDEX" : index.getIndexType()),
-                          escaped(content));
+            const std::string content = index.isCheckConstraint() && constraint
+                                            ? constraint->checkConstraintExpression()
+                                            : joined(index.getFieldNameListWithPrefixes(true), ", ");
+            lines += text("- %@: %@ (%@)\n", escaped(index.getName()),
+                          escaped(index.getIndexType().empty() ? "INDEX" : index.getIndexType()), escaped(content));
         });
         if (!lines.empty()) _text += "\nIndexes and constraints:\n\n" + lines;
     }

@@ -64,11 +64,12 @@ std::string typeWord(std::string_view type) {
 
 /// Words that the grammar takes for something else where a table's name may stand.
 bool isPlainName(std::string_view name) {
-    static constexpr std::string_view kReserved[] = {"erdiagram", "title", "acctitle", "accdescr", "direction", "style",
-                                                     "class",     "classdef", "one",    "many",    "zero",      "only",
-                                                     "to",        "optionally", "u",    "o"};
+    static constexpr std::string_view kReserved[] = {
+        "erdiagram", "title", "acctitle", "accdescr", "direction", "style",      "class", "classdef",
+        "one",       "many",  "zero",     "only",     "to",        "optionally", "u",     "o"};
     return !name.empty() && isLetter(name.front()) && std::ranges::all_of(name, isWordCharacter) &&
-           std::ranges::none_of(kReserved, [name](std::string_view reserved) { return equalIgnoringCase(name, reserved); });
+           std::ranges::none_of(kReserved,
+                                [name](std::string_view reserved) { return equalIgnoringCase(name, reserved); });
 }
 
 std::vector<std::string> entityNames(const Diagram& diagram) {
@@ -78,7 +79,8 @@ std::vector<std::string> entityNames(const Diagram& diagram) {
     std::vector<std::string> names;
     for (const DiagramTable& table : diagram.tables) {
         const std::string made = word(table.name, "table");
-        names.push_back(isPlainName(table.name) ? table.name : unique(isPlainName(made) ? made : "table_" + made, taken));
+        names.push_back(isPlainName(table.name) ? table.name
+                                                : unique(isPlainName(made) ? made : "table_" + made, taken));
     }
     return names;
 }
@@ -114,8 +116,8 @@ std::string mermaidForm(const Diagram& diagram) {
         all += "    }\n";
     }
     for (const DiagramArrow& arrow : diagram.arrows)
-        all += text("    %@ %@--%@ %@ : %@\n", names[arrow.to], arrow.optional ? "|o" : "||", arrow.single ? "o|" : "o{",
-                    names[arrow.from], quoted(arrow.name));
+        all += text("    %@ %@--%@ %@ : %@\n", names[arrow.to], arrow.optional ? "|o" : "||",
+                    arrow.single ? "o|" : "o{", names[arrow.from], quoted(arrow.name));
     return all;
 }
 

@@ -59,7 +59,8 @@ void Messages::showError(std::string_view text) {
 
 void Messages::write(std::string_view colour, std::string_view kind, std::string_view text) {
     const bool coloured = !colour.empty() && errorsTakeColour();
-    std::cerr << "vellicor: " << (coloured ? colour : "") << kind << ":" << (coloured ? kPlain : "") << ' ' << text << '\n';
+    std::cerr << "vellicor: " << (coloured ? colour : "") << kind << ":" << (coloured ? kPlain : "") << ' ' << text
+              << '\n';
 }
 
 }  // namespace vellicor::cli

@@ -12,8 +12,8 @@
 
 namespace vellicor::cli {
 
-/// Collects lines from the moment it is made, the library's log included, and writes them to standard error when the run
-/// is over: a run that fails says one thing only.
+/// Collects lines from the moment it is made, the library's log included, and writes them to standard error when the
+/// run is over: a run that fails says one thing only.
 class Messages {
 public:
     Messages();

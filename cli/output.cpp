@@ -15,13 +15,15 @@ namespace vellicor::cli {
 namespace {
 
 Failure cannotWrite(const std::string& what, const std::string& reason) {
-    return {kCannotWrite, text("%@ cannot be written: %@; nothing was changed, choose another place with -o", what, reason)};
+    return {kCannotWrite,
+            text("%@ cannot be written: %@; nothing was changed, choose another place with -o", what, reason)};
 }
 
 void writeToStandardOutput(std::string_view bytes) {
     errno = 0;
     if (std::fwrite(bytes.data(), 1, bytes.size(), stdout) != bytes.size() || std::fflush(stdout) != 0)
-        throw Failure(kCannotWrite, text("standard output cannot be written: %@; give a file with -o", std::strerror(errno)));
+        throw Failure(kCannotWrite,
+                      text("standard output cannot be written: %@; give a file with -o", std::strerror(errno)));
 }
 
 }  // namespace
@@ -35,7 +37,8 @@ Output Output::to(const std::string& argument, std::string_view stem, std::strin
         if (std::filesystem::is_directory(file, error)) throw cannotWrite(file.string(), "it is a folder");
     } else if (!file.has_filename()) {
         throw cannotWrite(file.string(), "there is no such folder");
-    } else if (const auto folder = file.parent_path(); !folder.empty() && !std::filesystem::is_directory(folder, error)) {
+    } else if (const auto folder = file.parent_path();
+               !folder.empty() && !std::filesystem::is_directory(folder, error)) {
         throw cannotWrite(file.string(), text("there is no folder %@", folder.string()));
     }
     return Output(std::move(file));

@@ -23,7 +23,8 @@ constexpr std::string_view kOnByDefault = prefs::runnableScripts;
 
 std::filesystem::path preferencesFile(const std::string& config) {
     if (!config.empty()) return config;
-    if (!userDataFolder()) throw Failure(kNoInput, "there is no home folder for your preferences; choose a file with --config");
+    if (!userDataFolder())
+        throw Failure(kNoInput, "there is no home folder for your preferences; choose a file with --config");
     return QVFileSystemManager::sharedManager().applicationSupportDirectoryPath() / "preferences.plist";
 }
 
@@ -35,11 +36,14 @@ Value::Map storedPreferences(const std::string& config, bool mayBeMissing) {
     if ((config.empty() || mayBeMissing) && !std::filesystem::exists(file, ignored)) return {};
     std::string reason;
     const auto bytes = readFile(file, reason);
-    if (!bytes) throw Failure(kNoInput, text("%@ cannot be read: %@; choose another file with --config", file.string(), reason));
+    if (!bytes)
+        throw Failure(kNoInput,
+                      text("%@ cannot be read: %@; choose another file with --config", file.string(), reason));
     const auto list = valueFromPropertyList(*bytes, reason);
     if (list && list->asMap()) return *list->asMap();
-    throw Failure(kUnreadable, text("%@ is no property list of preferences: %@; correct it, or choose another with --config",
-                                    file.string(), list ? "it holds no dictionary" : reason));
+    throw Failure(kUnreadable,
+                  text("%@ is no property list of preferences: %@; correct it, or choose another with --config",
+                       file.string(), list ? "it holds no dictionary" : reason));
 }
 
 void writePreferences(const std::filesystem::path& file, const Value::Map& preferences) {
@@ -48,7 +52,8 @@ void writePreferences(const std::filesystem::path& file, const Value::Map& prefe
     if (const auto folder = file.parent_path(); !folder.empty()) std::filesystem::create_directories(folder, error);
     const auto bytes = propertyListText(preferences, reason);
     if (!bytes || !writeFileAtomically(file, *bytes, reason))
-        throw Failure(kCannotWrite, text("%@ cannot be written: %@; choose another file with --config", file.string(), reason));
+        throw Failure(kCannotWrite,
+                      text("%@ cannot be written: %@; choose another file with --config", file.string(), reason));
 }
 
 Value preferenceFromText(std::string_view key, std::string_view written, Messages& messages) {

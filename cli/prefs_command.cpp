@@ -37,7 +37,8 @@ public:
         std::string all;
         for (const auto& row : _rows) {
             std::string line;
-            for (std::size_t i = 0; i < row.size(); ++i) line += row[i] + std::string(widths[i] + 2 - utf16Length(row[i]), ' ');
+            for (std::size_t i = 0; i < row.size(); ++i)
+                line += row[i] + std::string(widths[i] + 2 - utf16Length(row[i]), ' ');
             all += std::string(line, 0, line.find_last_not_of(' ') + 1) + "\n";
         }
         return all;
@@ -76,10 +77,12 @@ ExitCode list(const PrefsOptions& options) {
     const Value::Map stored = storedPreferences(options.config);
     Columns columns;
     Value::List rows;
-    const auto add = [&](std::string_view key, std::string_view type, std::string_view byDefault, std::string_view meaning) {
+    const auto add = [&](std::string_view key, std::string_view type, std::string_view byDefault,
+                         std::string_view meaning) {
         const auto found = stored.find(key);
         const bool isSet = found != stored.end();
-        columns.add({std::string(key), std::string(type), isSet ? singleLine(preferenceText(found->second)) : std::string(byDefault),
+        columns.add({std::string(key), std::string(type),
+                     isSet ? singleLine(preferenceText(found->second)) : std::string(byDefault),
                      isSet ? "set" : "default", std::string(meaning)});
         rows.push_back(Value::Map{{"key", key},
                                   {"type", type},
@@ -106,7 +109,10 @@ void addPrefsCommand(CLI::App& app, Session& session) {
     auto options = std::make_shared<PrefsOptions>();
     const auto add = [&](const char* name, const char* description, bool takesKey, std::function<ExitCode()> work) {
         CLI::App* command = prefs.add_subcommand(name, description)->group("Commands");
-        if (takesKey) command->add_option("KEY", options->key, "preference; 'prefs list' shows all")->type_name(kPreferenceType)->required();
+        if (takesKey)
+            command->add_option("KEY", options->key, "preference; 'prefs list' shows all")
+                ->type_name(kPreferenceType)
+                ->required();
         addConfigOption(*command, options->config);
         command->callback([options, &session, work] { session.choose(options->report, work); });
         return command;
@@ -117,7 +123,8 @@ void addPrefsCommand(CLI::App& app, Session& session) {
         ->type_name("VALUE")
         ->required();
     add("unset", "forget the stored value", true, [options] { return unset(*options); });
-    addJsonOption(*add("list", "show every preference with its type, value and meaning", false, [options] { return list(*options); }),
+    addJsonOption(*add("list", "show every preference with its type, value and meaning", false,
+                       [options] { return list(*options); }),
                   options->report);
 }
 

@@ -13,11 +13,12 @@ void requireClean(Messages& messages, const ReportOptions& report) {
     const std::size_t count = messages.warningCount();
     if (!report.strict || count == 0) return;
     messages.show();
-    throw Failure(kFailed, text("%lu %@ under --strict; nothing was written", count, count == 1 ? "warning" : "warnings"));
+    throw Failure(kFailed,
+                  text("%lu %@ under --strict; nothing was written", count, count == 1 ? "warning" : "warnings"));
 }
 
-void deliver(Messages& messages, const ReportOptions& report, const Document& document, const Output& output, std::string_view text,
-             Value::Map facts) {
+void deliver(Messages& messages, const ReportOptions& report, const Document& document, const Output& output,
+             std::string_view text, Value::Map facts) {
     requireClean(messages, report);
     if (output.file() || !report.json) output.write(text);
     if (!report.json) return;

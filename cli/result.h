@@ -16,8 +16,8 @@ void requireClean(Messages& messages, const ReportOptions& report);
 
 /// Writes `text` to its place. With --json the facts, the document, the output and all lines of the run go to standard
 /// output as a map, in which "text" holds the text when it has no file of its own.
-void deliver(Messages& messages, const ReportOptions& report, const Document& document, const Output& output, std::string_view text,
-             Value::Map facts);
+void deliver(Messages& messages, const ReportOptions& report, const Document& document, const Output& output,
+             std::string_view text, Value::Map facts);
 
 /// The map as indented JSON on standard output.
 void writeJson(Value::Map map);

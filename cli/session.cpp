@@ -23,7 +23,8 @@ void Session::choose(const ReportOptions& report, std::function<ExitCode()> work
 void addReportOptions(CLI::App& command, ReportOptions& options) {
     auto* quiet = command.add_flag("-q,--quiet", options.quiet, "no warnings on standard error");
     command.add_flag("-v,--verbose", options.verbose, "notes on standard error, too")->excludes(quiet);
-    command.add_flag("--strict", options.strict, "fail when there is any warning, or when the document had to be repaired");
+    command.add_flag("--strict", options.strict,
+                     "fail when there is any warning, or when the document had to be repaired");
 }
 
 CLI::Option* addJsonOption(CLI::App& command, ReportOptions& options) {
@@ -38,7 +39,8 @@ void addPreferenceOptions(CLI::App& command, PreferenceOptions& options) {
 }
 
 CLI::Option* addConfigOption(CLI::App& command, std::string& file) {
-    return command.add_option("--config", file, "property list of preferences, instead of the user's own")->type_name(kFileType);
+    return command.add_option("--config", file, "property list of preferences, instead of the user's own")
+        ->type_name(kFileType);
 }
 
 void addPartOptions(CLI::App& command, PartOptions& options) {
@@ -48,7 +50,9 @@ void addPartOptions(CLI::App& command, PartOptions& options) {
 }
 
 CLI::Option* addDocument(CLI::App& command, std::string& document) {
-    return command.add_option("DOC", document, "design document, or - for standard input")->type_name(kDocumentType)->required();
+    return command.add_option("DOC", document, "design document, or - for standard input")
+        ->type_name(kDocumentType)
+        ->required();
 }
 
 }  // namespace vellicor::cli

@@ -36,7 +36,8 @@ struct PartOptions {
 };
 
 struct Session {
-    /// For a command that the command line names: `work` runs once the whole line was read; its value is the exit status.
+    /// For a command that the command line names: `work` runs once the whole line was read; its value is the exit
+    /// status.
     void choose(const ReportOptions& report, std::function<ExitCode()> work);
 
     Messages messages;

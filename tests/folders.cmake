@@ -38,10 +38,12 @@ vellicor_tests(presentation
   visual_theme_test.cpp
 )
 vellicor_tests(export
+  alter_test.cpp
   create_script_test.cpp
   foreign_key_graph_test.cpp
   quoting_test.cpp
   source_node_test.cpp
+  view_export_test.cpp
 )
 vellicor_tests(fileformat
   hostile_test.cpp

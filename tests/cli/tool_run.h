@@ -25,11 +25,15 @@ class ToolRun : public TempFolder {
 public:
     using Arguments = std::vector<std::string>;
 
-    Outcome operator()(const Arguments& arguments, std::string_view input = "") const { return run(VELLICOR_TOOL, arguments, input); }
+    Outcome operator()(const Arguments& arguments, std::string_view input = "") const {
+        return run(VELLICOR_TOOL, arguments, input);
+    }
 
     Outcome run(const std::string& program, const Arguments& arguments, std::string_view input = "") const {
         write(".run/in", input);
-        std::string command = "cd " + quoted(path().string()) + " && env -u XDG_DATA_DIRS XDG_DATA_HOME=. TERM=xterm " + quoted(program);
+        const std::string folder = quoted(path().string());
+        std::string command =
+            "cd " + folder + " && env -u XDG_DATA_DIRS XDG_DATA_HOME=" + folder + " " + quoted(program);
         for (const std::string& argument : arguments) command += " " + quoted(argument);
         const int status = std::system((command + " <.run/in >.run/out 2>.run/err").c_str());
         return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, read(path() / ".run/out"), read(path() / ".run/err")};
@@ -53,6 +57,8 @@ private:
     }
 };
 
-inline std::size_t lineCount(const std::string& text) { return static_cast<std::size_t>(std::count(text.begin(), text.end(), '\n')); }
+inline std::size_t lineCount(const std::string& text) {
+    return static_cast<std::size_t>(std::count(text.begin(), text.end(), '\n'));
+}
 
 }  // namespace vellicor::testing

@@ -14,16 +14,16 @@ using ::testing::Each;
 using ::testing::ElementsAre;
 using ::testing::HasSubstr;
 using ::testing::IsEmpty;
-using ::testing::Not;
-using ::testing::StartsWith;
 using testing::kExamples;
 using testing::lineCount;
+using ::testing::Not;
 using testing::Outcome;
+using ::testing::StartsWith;
 using testing::ToolRun;
 
 const std::string kShop = kExamples + "shop.xml";
 const std::string kWarehouse = kExamples + "warehouse.xml";
-const std::vector<std::string> kDialects{"generic", "OpenBase",  "SQLite",   "sybase", "postgres",
+const std::vector<std::string> kDialects{"generic",   "OpenBase",  "SQLite",   "sybase", "postgres",
                                          "FileMaker", "SQLServer", "Redshift", "mysql",  "Oracle"};
 
 /// A document that needs recovery: one closing tag lost its slash.
@@ -49,7 +49,9 @@ TEST(Tool, EveryFailureIsOneLineAndAnExitCode) {
         {{"export", kShop, "more"}, 64, {"'more'"}},
         {{"export", kShop, "--classik"}, 64, {"'--classik'", "did you mean '--classic'", "vellicor export --help"}},
         {{"export", kShop, "--sort", "size"}, 64, {"--sort", "size", "document", "name"}},
-        {{"export", kShop, "-d", "postgrse"}, 64, {"'postgrse'", "did you mean 'postgres'", "generic, OpenBase", "Oracle"}},
+        {{"export", kShop, "-d", "postgrse"},
+         64,
+         {"'postgrse'", "did you mean 'postgres'", "generic, OpenBase", "Oracle"}},
         {{"export", kShop, "-d", "MySQL (2)"}, 64, {"'MySQL (2)'", "mysql"}},
         {{"export", kShop, "--set", "sybaseUseGo"}, 64, {"KEY=VALUE"}},
         {{"export", kShop, "--set", "sybaseUseGo=perhaps"}, 64, {"'perhaps'", "true or false"}},
@@ -90,14 +92,14 @@ TEST(Tool, AnExistingOutputSurvivesFailures) {
     tool.write("out.sql", "old");
     tool.write("damaged.xml", kDamaged);
     tool.write("design.xml", document("<SQLTable><name>t</name></SQLTable>"));
-    for (const ToolRun::Arguments& arguments : std::vector<ToolRun::Arguments>{
-             {"export", "missing.xml", "-o", "out.sql"},
-             {"export", kShop, "-d", "unknown", "-o", "out.sql"},
-             {"export", kShop, "--tables", "none", "-o", "out.sql"},
-             {"export", "damaged.xml", "--strict", "-o", "out.sql"},
-             {"convert", "damaged.xml", "--strict", "--to", "json", "-o", "out.sql"},
-             {"export", "design.xml", "-o", "design.xml"},
-             {"convert", "design.xml", "--to", "dot", "-o", "./design.xml"}}) {
+    for (const ToolRun::Arguments& arguments :
+         std::vector<ToolRun::Arguments>{{"export", "missing.xml", "-o", "out.sql"},
+                                         {"export", kShop, "-d", "unknown", "-o", "out.sql"},
+                                         {"export", kShop, "--tables", "none", "-o", "out.sql"},
+                                         {"export", "damaged.xml", "--strict", "-o", "out.sql"},
+                                         {"convert", "damaged.xml", "--strict", "--to", "json", "-o", "out.sql"},
+                                         {"export", "design.xml", "-o", "design.xml"},
+                                         {"convert", "design.xml", "--to", "dot", "-o", "./design.xml"}}) {
         EXPECT_NE(tool(arguments).code, 0);
         EXPECT_EQ(tool.content("out.sql"), "old");
         EXPECT_THAT(tool.content("design.xml"), StartsWith("<SQLContainer>"));
@@ -116,7 +118,8 @@ TEST(ToolExport, WritesEveryExampleInEveryDialect) {
             EXPECT_EQ(outcome.err, "") << name << " " << dialect;
         }
         EXPECT_EQ(tool({"export", file, "-o", "."}).code, 0);
-        EXPECT_EQ(tool.content(std::string(name) + ".sql"), tool({"export", "-", "-o", "-"}, ToolRun::read(file)).out) << name;
+        EXPECT_EQ(tool.content(std::string(name) + ".sql"), tool({"export", "-", "-o", "-"}, ToolRun::read(file)).out)
+            << name;
     }
 }
 
@@ -134,7 +137,8 @@ TEST(ToolExport, TakesTheDialectFromTheDocumentOrByAnyOfItsNames) {
     };
     EXPECT_EQ(header({}, naming("Oracle")), "/* Vellicor (Oracle)*/");
     EXPECT_EQ(header({}, document(table)), "/* Vellicor (Generic SQL)*/");
-    for (const char* name : {"pg", "PostgreSQL", "POSTGRES"}) EXPECT_EQ(header({"-d", name}, naming("Oracle")), "/* Vellicor (Postgres)*/");
+    for (const char* name : {"pg", "PostgreSQL", "POSTGRES"})
+        EXPECT_EQ(header({"-d", name}, naming("Oracle")), "/* Vellicor (Postgres)*/");
     EXPECT_EQ(header({"-d", "mssql"}, naming("")), "/* Vellicor (SQLServer)*/");
     EXPECT_EQ(header({"-d", "sqlite3"}, naming("")), "/* Vellicor (SQLite)*/");
 
@@ -146,7 +150,8 @@ TEST(ToolExport, TakesTheDialectFromTheDocumentOrByAnyOfItsNames) {
 TEST(ToolExport, FlagsAreWaysToSetPreferencesAndSettings) {
     ToolRun tool;
     const std::string content = document(
-        "<SQLTable><name>zebras</name><comment>ends */ early</comment><SQLField><name>order</name><type>INT</type></SQLField>"
+        "<SQLTable><name>zebras</name><comment>ends */ "
+        "early</comment><SQLField><name>order</name><type>INT</type></SQLField>"
         "<SQLField><name>two words</name><type>INT</type></SQLField></SQLTable>"
         "<SQLTable><name>apes</name><ignoreWhenExporting>1</ignoreWhenExporting></SQLTable>"
         "<SQLDocumentInfo><exportDialect>SQLite</exportDialect><dropTableOption>1</dropTableOption></SQLDocumentInfo>");
@@ -158,7 +163,8 @@ TEST(ToolExport, FlagsAreWaysToSetPreferencesAndSettings) {
         return outcome.out;
     };
     const std::string plain = script({});
-    EXPECT_THAT(plain, AllOf(HasSubstr("DROP TABLE"), Not(HasSubstr("Vellicor")), Not(HasSubstr("\"")), HasSubstr("* / early")));
+    EXPECT_THAT(plain, AllOf(HasSubstr("DROP TABLE"), Not(HasSubstr("Vellicor")), Not(HasSubstr("\"")),
+                             HasSubstr("* / early")));
     EXPECT_THAT(script({"--no-drop"}), Not(HasSubstr("DROP TABLE")));
     EXPECT_THAT(script({"--header"}), StartsWith("/* Vellicor (SQLite)*/\n"));
     EXPECT_EQ(script({"--no-header", "--set", "IncludeTitleHeaderInExport=yes"}), plain);
@@ -167,10 +173,12 @@ TEST(ToolExport, FlagsAreWaysToSetPreferencesAndSettings) {
     EXPECT_THAT(script({"--classic"}), HasSubstr("ends */ early"));
     EXPECT_THAT(script({"--set", "runnableScripts=0"}), HasSubstr("ends */ early"));
     EXPECT_LT(script({"--sort", "name"}).find("TABLE apes\n("), script({"--sort", "name"}).find("TABLE zebras\n("));
-    EXPECT_THAT(script({"--quote", "always"}), AllOf(HasSubstr("\"order\""), HasSubstr("\"two words\""), HasSubstr("\"zebras\"")));
+    EXPECT_THAT(script({"--quote", "always"}),
+                AllOf(HasSubstr("\"order\""), HasSubstr("\"two words\""), HasSubstr("\"zebras\"")));
     EXPECT_THAT(script({"--quote", "reserved"}), AllOf(HasSubstr("\"order\""), Not(HasSubstr("\"two words\""))));
     EXPECT_THAT(script({"--quote", "spaces"}), AllOf(Not(HasSubstr("\"order\"")), HasSubstr("\"two words\"")));
-    EXPECT_THAT(script({"--quote", "needed"}), AllOf(HasSubstr("\"order\""), HasSubstr("\"two words\""), Not(HasSubstr("\"zebras\""))));
+    EXPECT_THAT(script({"--quote", "needed"}),
+                AllOf(HasSubstr("\"order\""), HasSubstr("\"two words\""), Not(HasSubstr("\"zebras\""))));
     EXPECT_THAT(script({"--quote", "never", "--set", "quoteIdentifiersOnExport=1"}), Not(HasSubstr("\"")));
 }
 
@@ -190,8 +198,9 @@ TEST(ToolExport, APartLeavesOutOtherTablesAndTheKeysToThem) {
     const Outcome purchasing = part({"--label", "purch*", "--tables", "deliver*", "--tables", "suppliers"});
     EXPECT_EQ(purchasing.code, 0);
     EXPECT_EQ(lineCount(purchasing.err), 2u) << purchasing.err;
-    EXPECT_THAT(purchasing.err, AllOf(HasSubstr("from purchasing.delivery_lines(warehouse_code,bin_code) to stock.bins"),
-                                      HasSubstr("from purchasing.delivery_lines(article_no) to stock.articles")));
+    EXPECT_THAT(purchasing.err,
+                AllOf(HasSubstr("from purchasing.delivery_lines(warehouse_code,bin_code) to stock.bins"),
+                      HasSubstr("from purchasing.delivery_lines(article_no) to stock.articles")));
     EXPECT_THAT(purchasing.out, AllOf(HasSubstr("REFERENCES purchasing.deliveries"), Not(HasSubstr("stock."))));
 
     const Outcome view = part({"--tables", "*.late_deliveries"});
@@ -199,7 +208,8 @@ TEST(ToolExport, APartLeavesOutOtherTablesAndTheKeysToThem) {
 
     // A column keeps the type that a key to a table left out forced on it.
     const std::string forced = document(
-        "<SQLTable><name>a</name><uid>A</uid><SQLField><name>id</name><type>BIGINT</type><primaryKey>1</primaryKey><uid>AF</uid>"
+        "<SQLTable><name>a</name><uid>A</uid><SQLField><name>id</name><type>BIGINT</type><primaryKey>1</"
+        "primaryKey><uid>AF</uid>"
         "</SQLField></SQLTable><SQLTable><name>b</name><SQLField><name>a_id</name><type>INT</type>"
         "<referencesTable>a</referencesTable><referencesField>id</referencesField></SQLField></SQLTable>");
     const Outcome typed = tool({"export", "-", "--tables", "b", "--set", "forceForeignKeyTypeMatching=1"}, forced);
@@ -209,7 +219,8 @@ TEST(ToolExport, APartLeavesOutOtherTablesAndTheKeysToThem) {
 
 TEST(ToolExport, TellsMachinesWhatItDid) {
     ToolRun tool;
-    const Value result = valueFromJson(tool({"export", kWarehouse, "-o", "out.sql", "--tables", "suppliers", "--json"}).out);
+    const Value result =
+        valueFromJson(tool({"export", kWarehouse, "-o", "out.sql", "--tables", "suppliers", "--json"}).out);
     EXPECT_EQ(*result.find("document"), Value(kWarehouse));
     EXPECT_EQ(*result.find("dialect"), Value("postgres"));
     EXPECT_EQ(*result.find("output"), Value("out.sql"));
@@ -237,10 +248,12 @@ TEST(Tool, WarningsGoToStandardErrorUnlessQuietAndNotesOnlyWhenVerbose) {
     };
     const std::string warnings = lines({}, 0);
     EXPECT_EQ(lineCount(warnings), 2u) << warnings;
-    EXPECT_THAT(warnings, AllOf(StartsWith("vellicor: warning: "), HasSubstr("repaired while reading"), Not(HasSubstr("note:"))));
+    EXPECT_THAT(warnings,
+                AllOf(StartsWith("vellicor: warning: "), HasSubstr("repaired while reading"), Not(HasSubstr("note:"))));
     EXPECT_EQ(lines({"-q"}, 0), "");
     EXPECT_THAT(lines({"-v"}, 0), HasSubstr("vellicor: note: [NOTE] Found 1"));
-    EXPECT_THAT(lines({"--strict"}, 1), AllOf(HasSubstr(warnings), HasSubstr("vellicor: error: 2 warnings under --strict")));
+    EXPECT_THAT(lines({"--strict"}, 1),
+                AllOf(HasSubstr(warnings), HasSubstr("vellicor: error: 2 warnings under --strict")));
     EXPECT_EQ(lineCount(lines({"--strict", "-q"}, 1)), 1u);
     EXPECT_EQ(tool({"export", kWarehouse, "--strict"}).code, 0);
 }
@@ -254,9 +267,9 @@ TEST(ToolInfo, ShowsWhatADocumentIsAndHolds) {
     EXPECT_EQ(*facts.find("counts")->find("SQLForeignKey"), Value::integer(7));
     EXPECT_EQ(facts.find("schemas")->asList()->size(), 2u);
     EXPECT_EQ(*facts.find("labels")->asList()->front().find("objects"), Value::integer(4));
-    EXPECT_THAT(tool({"info", kWarehouse}).out,
-                AllOf(HasSubstr("state               intact\n"), HasSubstr("schemas             purchasing (4), stock (5)\n"),
-                      HasSubstr("SQLTable            7\n")));
+    EXPECT_THAT(tool({"info", kWarehouse}).out, AllOf(HasSubstr("state               intact\n"),
+                                                      HasSubstr("schemas             purchasing (4), stock (5)\n"),
+                                                      HasSubstr("SQLTable            7\n")));
 
     // A repaired document stays known as one once it is saved.
     EXPECT_EQ(tool({"convert", "-", "-o", "saved.xml"}, kDamaged).code, 0);
@@ -271,7 +284,8 @@ TEST(ToolDialects, ListsTheRegistryWithWhatEachCanDo) {
     std::vector<std::string> names;
     for (const Value& dialect : *result.find("dialects")->asList()) {
         names.push_back(*dialect.find("name")->asText());
-        EXPECT_THAT(lines, HasSubstr(names.back() + "\n    own name      " + *dialect.find("ownName")->asText() + "\n"));
+        EXPECT_THAT(lines,
+                    HasSubstr(names.back() + "\n    own name      " + *dialect.find("ownName")->asText() + "\n"));
         for (const Value& driver : *dialect.find("drivers")->asList()) EXPECT_THAT(lines, HasSubstr(*driver.asText()));
     }
     EXPECT_EQ(names, kDialects);
@@ -308,7 +322,8 @@ TEST(ToolPrefs, KeepsPreferencesInAPropertyList) {
 
     EXPECT_EQ(tool({"prefs", "unset", "IncludeTitleHeaderInExport"}).code, 0);
     EXPECT_EQ(value("IncludeTitleHeaderInExport"), "false\n");
-    EXPECT_THAT(tool({"prefs", "list"}).out, AllOf(HasSubstr("exportObjectSortOrder "), HasSubstr("not a preference of the library")));
+    EXPECT_THAT(tool({"prefs", "list"}).out,
+                AllOf(HasSubstr("exportObjectSortOrder "), HasSubstr("not a preference of the library")));
     const Value list = valueFromJson(tool({"prefs", "list", "--json", "--config", "other.plist"}).out);
     EXPECT_GT(list.find("preferences")->asList()->size(), 40u);
 }
@@ -323,15 +338,16 @@ TEST(ToolHelp, ExplainsEveryCommandAndOption) {
         EXPECT_EQ(tool({"help", command}).out, tool({command, "--help"}).out);
     }
     EXPECT_THAT(tool({"help", "prefs", "set"}).out, HasSubstr("Usage: vellicor prefs set"));
-    EXPECT_THAT(tool({"help", "export"}).out, AllOf(HasSubstr("--quote always|reserved|spaces|needed|never"), HasSubstr("--no-drop")));
+    EXPECT_THAT(tool({"help", "export"}).out,
+                AllOf(HasSubstr("--quote always|reserved|spaces|needed|never"), HasSubstr("--no-drop")));
 }
 
 TEST(ToolCompletion, KnowsTheCommandLine) {
     ToolRun tool;
     tool.write("completion.bash", tool({"completion", "bash"}).out);
     const auto completed = [&tool](const std::string& line) {
-        const std::string script = "set -f; . ./completion.bash; COMP_WORDS=(" + line + "); COMP_CWORD=$((${#COMP_WORDS[@]} - 1)); " +
-                                   "_vellicor; echo \"${COMPREPLY[*]}\"";
+        const std::string script = "set -f; . ./completion.bash; COMP_WORDS=(" + line +
+                                   "); COMP_CWORD=$((${#COMP_WORDS[@]} - 1)); " + "_vellicor; echo \"${COMPREPLY[*]}\"";
         return tool.run("bash", {"-c", script}).out;
     };
     EXPECT_EQ(completed("vellicor ex"), "export\n");
@@ -344,7 +360,8 @@ TEST(ToolCompletion, KnowsTheCommandLine) {
     EXPECT_EQ(completed("vellicor convert --to m"), "markdown mermaid\n");
     for (const char* shell : {"zsh", "fish"}) {
         const std::string script = tool({"completion", shell}).out;
-        for (const char* word : {"honor-ignore", "vellicor prefs set", "SQLServer", "mermaid", "strict", "quoteReservedWords"})
+        for (const char* word :
+             {"honor-ignore", "vellicor prefs set", "SQLServer", "mermaid", "strict", "quoteReservedWords"})
             EXPECT_THAT(script, HasSubstr(word)) << shell;
     }
 }

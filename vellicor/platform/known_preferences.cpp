@@ -16,13 +16,15 @@ using enum PreferenceType;
 constexpr KnownPreference kPreferences[] = {
     // model
     {prefs::defaultSourceCardinality, Integer, "cardinality that the source end of a new reference starts with"},
-    {prefs::defaultDestinationCardinality, Integer, "cardinality that the destination end of a new reference starts with"},
+    {prefs::defaultDestinationCardinality, Integer,
+     "cardinality that the destination end of a new reference starts with"},
     {prefs::defaultImportSourceCardinality, Integer, "the same for the source end of imported references"},
     {prefs::defaultImportDestinationCardinality, Integer, "the same for the destination end of imported references"},
     {prefs::forceForeignKeyUnique, Flag, "number the names of foreign keys so that each is unique in the document"},
     {prefs::forceForeignKeyTypeMatching, Flag, "columns take the type of the column that they reference"},
     {prefs::documentLevelLabels, Flag, "write the labels into the document"},
-    {prefs::addTablePrefixToIndexNamesAtCreation, Flag, "put the table's name before the names of new indexes and keys"},
+    {prefs::addTablePrefixToIndexNamesAtCreation, Flag,
+     "put the table's name before the names of new indexes and keys"},
     {prefs::convertExistingCompoundForeignKeys, Flag, "ask for old compound keys to become foreign keys of the table"},
     {prefs::useNewColoring, Flag, "colour tables without a label as unselected tables"},
     {prefs::collapseSingleEntryIndices, Flag, "turn plain indexes on one column into a flag of the column"},

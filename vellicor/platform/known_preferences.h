@@ -28,8 +28,8 @@ struct KnownPreference {
 [[nodiscard]] std::string_view preferenceTypeName(PreferenceType type);
 /// What an absent key of the type reads as, for people; empty for texts.
 [[nodiscard]] std::string_view preferenceDefault(PreferenceType type);
-/// The value that a person writes as `text`: true, yes, on, 1 and their opposites in any case for a flag, a whole decimal
-/// number for an integer. Null when the text is neither.
+/// The value that a person writes as `text`: true, yes, on, 1 and their opposites in any case for a flag, a whole
+/// decimal number for an integer. Null when the text is neither.
 [[nodiscard]] std::optional<Value> preferenceValue(PreferenceType type, std::string_view text);
 
 }  // namespace vellicor
