@@ -47,10 +47,9 @@ std::string node(const DiagramTable& table, std::size_t index) {
         rows += text(R"(<TR><TD PORT="c%lu" ALIGN="LEFT">%@ %@</TD></TR>)", column,
                      entry.primaryKey ? text("<U>%@</U>", name) : name, markup(entry.type));
     }
-    return text(
-               R"(    t%lu [label=<<TABLE BORDER="0" CELLBORDER="1" CELLSPACING="0"><TR><TD BGCOLOR="lightgrey"><B>%@</B></TD></TR>%@</TABLE>>];)",
-               index, markup(table.name), rows) +
-           "\n";
+    static constexpr const char* kTable = R"(<TABLE BORDER="0" CELLBORDER="1" CELLSPACING="0">)";
+    return text("    t%lu [label=<%@<TR><TD BGCOLOR=\"lightgrey\"><B>%@</B></TD></TR>%@</TABLE>>];\n", index, kTable,
+                markup(table.name), rows);
 }
 
 /// At the column when there is one, at the table when there are several or none.

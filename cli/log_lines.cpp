@@ -9,8 +9,7 @@ namespace vellicor::cli {
 
 namespace {
 
-/// How the lines begin that report progress or the state of a comparison. Everything that is not here concerns the
-/// user.
+/// How lines begin that report progress or the state of a comparison. Everything that is not here concerns the user.
 constexpr std::string_view kInformation[] = {
     "[NOTE]",
     "Note:",
