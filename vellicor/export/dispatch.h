@@ -82,7 +82,10 @@ constexpr AlterOperation alterOperation(std::string_view type) {
     using Method = detail::ExporterMethod<decltype(M)>;
     using Object = typename Method::Object;
     return {type, [](GenericSQLExporter& exporter, SQLObject& object, SQLObject& old, SQLObject* extra) {
-        return (static_cast<typename Method::Class&>(exporter).*M)(dynamic_cast<Object&>(object), dynamic_cast<Object&>(old), extra);
+        auto* now = dynamic_cast<Object*>(&object);
+        auto* before = dynamic_cast<Object*>(&old);
+        if (!now || !before) return Statements();  // objects of two kinds have no difference in words
+        return (static_cast<typename Method::Class&>(exporter).*M)(*now, *before, extra);
     }};
 }
 

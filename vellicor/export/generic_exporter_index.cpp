@@ -39,7 +39,7 @@ std::string GenericSQLExporter::createFieldIndexOnField(SQLField& field, SQLTabl
 std::string GenericSQLExporter::createIndexStatement(SQLField& field, std::string_view indexName) {
     std::string sql = "CREATE INDEX ";
     if (!indexName.empty()) sql += text("%@ ", indexName);
-    sql += text("ON %@", getCanonicalName(tableOf(field)));
+    sql += text("ON %@", canonicalTableName(field));
     sql += text("(%@", getCanonicalName(field));
     const std::string type = uppercased(field.getDataType());
     if (supportsIndexPrefixSize() && isStringType(type)) {
