@@ -71,3 +71,6 @@ if(TARGET vellicor_tool)
   target_compile_definitions(cli_tests PRIVATE VELLICOR_TOOL="$<TARGET_FILE:vellicor_tool>" VELLICOR_HELLO="$<TARGET_FILE:hello>")
   add_dependencies(cli_tests vellicor_tool hello)
 endif()
+vellicor_tests(engines
+  sqlite_examples_test.cpp
+)

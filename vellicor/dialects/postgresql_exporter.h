@@ -46,6 +46,8 @@ public:
     std::string addDefaultQuotes(std::string_view value) override;
 
     // Create script
+    /// Runnable scripts create the schemas that they use.
+    std::string prologueSQLContainer(SQLContainer& container) override;
     std::string exportSQLTable(SQLTable& table) override;
     virtual SourceNodePtr tablePropertiesNode(SQLTable& table);
     std::string exportSQLField(SQLField& field) override;

@@ -8,14 +8,44 @@
 #include "vellicor/model/field.h"
 #include "vellicor/model/foreign_key.h"
 #include "vellicor/model/index.h"
+#include "vellicor/model/view.h"
 #include "vellicor/platform/log.h"
+#include "vellicor/platform/regular_expression.h"
 #include "vellicor/platform/text_format.h"
 
 namespace vellicor {
 
 std::string SQLiteExporter::exportSQLContainer(SQLContainer& container) {
     container.reorderByForeignKeys();
+    configureForExport();
+    _canonicalNames.clear();
+    if (writesRunnableScripts())
+        for (const auto& object : container.objectList())
+            if (auto* table = as<SQLTable>(object.get()); table && !table->getSchemaName().empty())
+                _canonicalNames.emplace(lowercased(table->getName()), getCanonicalName(*table));
     return GenericSQLExporter::exportSQLContainer(container);
+}
+
+std::string SQLiteExporter::getCanonicalNameWithLinkString(SQLTable& table, std::string_view linkString) {
+    const std::string schema = schemaNameForTable(table);
+    if (!writesRunnableScripts() || schema.empty()) return GenericSQLExporter::getCanonicalNameWithLinkString(table, linkString);
+    return quoteIdentifier(text("%@_%@", trimmed(schema), trimmed(table.getBaseName())));
+}
+
+std::string SQLiteExporter::viewQuery(SQLView& view) {
+    // A qualified name, not inside a longer one; texts in quotes stand for themselves.
+    static const RegularExpression name(R"('[^']*'|"[^"]*"|\b\w+\.\w+\b)");
+    std::string query = view.queryString();
+    if (_canonicalNames.empty()) return query;
+    std::string rewritten;
+    std::size_t copied = 0;
+    for (const auto& match : name.allMatches(query)) {
+        const auto found = _canonicalNames.find(lowercased(match.group(0, query)));
+        if (found == _canonicalNames.end()) continue;
+        rewritten += query.substr(copied, match.groups[0]->position - copied) + found->second;
+        copied = match.groups[0]->position + match.groups[0]->length;
+    }
+    return rewritten + query.substr(copied);
 }
 
 SQLTable::Components SQLiteExporter::fieldListForTable(SQLTable& table) {
@@ -33,7 +63,7 @@ std::string SQLiteExporter::exportSQLField(SQLField& field) {
     if (const std::string value = field.getDefaultValue(); !value.empty())
         sql += text(" DEFAULT %@", quoteDefaultValue(value, field));
     if (field.getNotNull()) sql += " NOT NULL";
-    if (field.getPrimaryKey() && tableOf(field).primaryKeyObjectList().size() == 1) {
+    if (field.getPrimaryKey() && field.parentTable() && field.parentTable()->primaryKeyObjectList().size() == 1) {
         sql += " PRIMARY KEY";
         // Kept: the type must be spelt exactly so, unlike in `fieldIsIntegerType`.
         if (field.getAutoIncrement() && field.getType() == "INTEGER") sql += text(" %@", autoIncrementKeyword());
@@ -41,7 +71,7 @@ std::string SQLiteExporter::exportSQLField(SQLField& field) {
     if (field.isUnique()) sql += " UNIQUE";
     sql += nodeText(inlineCheckConstraint(field));
     if (SQLField* target = field.getFkField()) {
-        sql += text(" REFERENCES %@ (%@)", getCanonicalName(tableOf(*target)), quoteIdentifier(target->getName()));
+        sql += text(" REFERENCES %@ (%@)", canonicalTableName(*target), quoteIdentifier(target->getName()));
         sql += getDeleteActionStringForCode(field.deleteAction());
         sql += getUpdateActionStringForCode(field.updateAction());
     }
@@ -84,14 +114,15 @@ std::string SQLiteExporter::dropIndex(SQLField& field, SQLTable& table) {
     if (!field.getPropertyAsBoolean(keys::indexed)) return {};
     const std::string name = field.hasProperty(keys::indexedKeyName) ? quoteIdentifier(field.getProperty(keys::indexedKeyName))
                                                                      : getNameForIndex(table, getIndexNameForFieldIndexed(field));
-    log(text("dropIndexName = %@ %@", name, field.exportPropertiesToXML()));
+    logDropIndexName(name, field);
     return text("DROP INDEX %@\n", name);
 }
 
 std::string SQLiteExporter::alterSQLIndex(SQLIndex& index, SQLIndex& oldIndex) {
     std::string sql = text("DROP INDEX %@;", quoteIdentifier(oldIndex.getName()));
-    const std::string statement = ExporterCommon::addIndex(
-        index, tableOf(index), *this, {.addSeparator = false, .addCreateInstruction = false, .withTableName = false});
+    SQLTable* table = index.parentTable() ? index.parentTable() : oldIndex.parentTable();
+    const IndexStatementForm bare{.addSeparator = false, .addCreateInstruction = false, .withTableName = false};
+    const std::string statement = table ? ExporterCommon::addIndex(index, *table, *this, bare) : std::string();
     if (!statement.empty()) {
         sql += ";\n";  // Kept: the separator is doubled
         sql += text("ADD %@", statement);
@@ -100,12 +131,12 @@ std::string SQLiteExporter::alterSQLIndex(SQLIndex& index, SQLIndex& oldIndex) {
 }
 
 std::string SQLiteExporter::dropSQLField(SQLField& field) {
-    return text("/* SQLite cannot drop column %@(%@)*/", commentText(getCanonicalName(tableOf(field))),
+    return text("/* SQLite cannot drop column %@(%@)*/", commentText(canonicalTableName(field)),
                 commentText(quoteIdentifier(field.getName())));
 }
 
 std::string SQLiteExporter::dropSQLConstraint(SQLConstraint& constraint) {
-    return text("/* SQLite cannot drop constraint %@(%@)*/", commentText(getCanonicalName(tableOf(constraint))),
+    return text("/* SQLite cannot drop constraint %@(%@)*/", commentText(canonicalTableName(constraint)),
                 commentText(quoteIdentifier(constraint.getName())));
 }
 

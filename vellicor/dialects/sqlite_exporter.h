@@ -1,6 +1,9 @@
 // vellicor/dialects/sqlite_exporter.h — SQLite.
 #pragma once
 
+#include <string>
+#include <unordered_map>
+
 #include "vellicor/export/generic_exporter.h"
 
 namespace vellicor {
@@ -40,6 +43,9 @@ public:
 
     // Statements
     std::string exportSQLContainer(SQLContainer& container) override;
+    /// SQLite has no schemas: in runnable scripts schema and name make one name, in queries of views too.
+    std::string getCanonicalNameWithLinkString(SQLTable& table, std::string_view linkString) override;
+    [[nodiscard]] std::string viewQuery(SQLView& view) override;
     [[nodiscard]] SQLTable::Components fieldListForTable(SQLTable& table) override;
     std::string exportSQLField(SQLField& field) override;
     SourceNodePtr primaryKeyBlock(SQLTable& table) override;
@@ -55,6 +61,9 @@ public:
     std::string alterSQLIndex(SQLIndex& index, SQLIndex& oldIndex) override;
     std::string dropSQLField(SQLField& field) override;
     std::string dropSQLConstraint(SQLConstraint& constraint) override;
+
+private:
+    std::unordered_map<std::string, std::string> _canonicalNames;  // by lower-cased qualified name, for one export
 };
 
 }  // namespace vellicor

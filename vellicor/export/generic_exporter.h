@@ -193,6 +193,8 @@ public:
     // === views (generic_exporter_view.cpp) ===
     [[nodiscard]] virtual std::string viewCreateStringPart(std::string_view name);
     virtual std::string exportSQLView(SQLView& view);
+    /// The query as the view's definition holds it.
+    [[nodiscard]] virtual std::string viewQuery(SQLView& view);
     virtual std::string dropSQLView(SQLView& view);
     virtual Statements postLoadAsVectorSQLView(SQLView& view);
     virtual std::string postLoadSQLView(SQLView& view);

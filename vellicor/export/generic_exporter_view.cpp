@@ -10,13 +10,15 @@ std::string GenericSQLExporter::viewCreateStringPart(std::string_view name) { re
 
 std::string GenericSQLExporter::exportSQLView(SQLView& view) {
     if (!supportsViews()) return {};
-    const std::string definition = view.queryString();
+    const std::string definition = viewQuery(view);
     std::string_view query = trimmed(definition);
     if (query.empty()) return text("/* VIEW %@ - no query specified */", commentText(getCanonicalName(view)));
     if (query.ends_with(';')) query.remove_suffix(1);
     // Kept: two blanks stand between the name and AS.
     return viewCreateStringPart(getCanonicalName(view)) + text(" AS %@%@", query, instructionSeparator());
 }
+
+std::string GenericSQLExporter::viewQuery(SQLView& view) { return view.queryString(); }
 
 std::string GenericSQLExporter::dropSQLView(SQLView& view) {
     return text("DROP VIEW %@%@\n", getCanonicalName(view), instructionSeparator());
