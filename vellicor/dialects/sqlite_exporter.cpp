@@ -107,7 +107,8 @@ Statements SQLiteExporter::postLoadAsVectorSQLField(SQLField& field, SQLTable& t
 }
 
 std::string SQLiteExporter::prefixForIndexedProperty(SQLField& field) {
-    return shouldPrefixFieldLevelIndexNames() ? text("%@_", tableOf(field).getBaseName()) : std::string();
+    const SQLTable* table = field.parentTable();
+    return table && shouldPrefixFieldLevelIndexNames() ? text("%@_", table->getBaseName()) : std::string();
 }
 
 std::string SQLiteExporter::dropIndex(SQLField& field, SQLTable& table) {

@@ -57,7 +57,9 @@ OptionalText GenericSQLExporter::foreignKeyConstraintName(SQLConnectable& key) {
 SourceNodePtr GenericSQLExporter::foreignKeyDeferredBlock(SQLConnectable&, SQLConnectable*) { return QVSourceNode::node(); }
 
 SourceNodePtr GenericSQLExporter::foreignKeyAlterTableInstructionNode(SQLConnectable& key) {
-    auto node = alterTableNode(tableOf(key.connectableComponent()), {"ADD"});
+    SQLTable* table = key.connectableComponent().parentTable();
+    if (!table) return QVSourceNode::node();
+    auto node = alterTableNode(*table, {"ADD"});
     node->addChild(foreignKeyNode(&key));
     node->setPostfixValue(instructionSeparator());
     node->setSpaceAfter("\n");
@@ -72,8 +74,9 @@ SourceNodePtr GenericSQLExporter::foreignKeyErrorNode(SQLConnectable& key, bool 
     node->setPostfixValue("*/");
     node->setInfixValue(",");
     node->setInfixSpaceAfter(" ");
+    const SQLTable* table = key.connectableComponent().parentTable();
     const auto add = [&](const std::string& words) { node->addChildWithValue(commentText(words), ""); };
-    add(text("Foreign Key %@ %@ not exportable", tableOf(key.connectableComponent()).getName(), key.foreignKeyName()));
+    add(text("Foreign Key %@ %@ not exportable", table ? table->getName() : std::string(), key.foreignKeyName()));
     if (flags & foreignKeyError::noColumns)
         add("No Columns Set");
     else if (flags & foreignKeyError::mismatchedColumns)

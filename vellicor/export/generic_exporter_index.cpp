@@ -59,14 +59,20 @@ std::string GenericSQLExporter::createIndexIfNotDuplicate(SQLTable& table, SQLIn
     return isNew ? addIndex(index, table) : text("/* (prefix indexes:ON) => Index %@ would conflict */", index.getName());
 }
 
-std::string GenericSQLExporter::addIndex(SQLIndex& index) { return addIndex(index, tableOf(index)); }
+std::string GenericSQLExporter::addIndex(SQLIndex& index) {
+    SQLTable* table = index.parentTable();
+    return table ? addIndex(index, *table) : std::string();
+}
 
 std::string GenericSQLExporter::addIndex(SQLIndex& index, SQLTable& table) {
     const std::string sql = export_(index);
     return sql.empty() ? sql : text("ALTER TABLE %@ ADD %@%@\n", getCanonicalName(table), sql, instructionSeparator());
 }
 
-std::string GenericSQLExporter::addConstraint(SQLIndex& constraint) { return addConstraint(constraint, tableOf(constraint)); }
+std::string GenericSQLExporter::addConstraint(SQLIndex& constraint) {
+    SQLTable* table = constraint.parentTable();
+    return table ? addConstraint(constraint, *table) : std::string();
+}
 
 std::string GenericSQLExporter::addConstraint(SQLIndex& constraint, SQLTable& table) {
     return GenericSQLExporter::addIndex(constraint, table);
