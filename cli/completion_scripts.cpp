@@ -91,14 +91,20 @@ std::string script(const CompletionCommand& root, const Dialect& shell) {
 }
 
 constexpr Dialect kBash{
-    .begin = R"(# Completions of vellicor for bash; load them with: source <(vellicor completion bash)
-_vellicor_words() { mapfile -t COMPREPLY < <(compgen -W "$*" -- "$word"); }
+    .begin = R"bash(# Completions of vellicor for bash; load them with: source <(vellicor completion bash)
+_vellicor_words() {
+    local choice
+    for choice; do
+        [[ $choice == "$word"* ]] && COMPREPLY+=("$(printf %q "$choice")")
+        [[ $choice == *= ]] && compopt -o nospace 2>/dev/null
+    done
+}
 _vellicor_files() { compopt -o filenames 2>/dev/null; mapfile -t COMPREPLY < <(compgen -f -- "$word"); }
 _vellicor() {
     local word=${COMP_WORDS[COMP_CWORD]} before=${COMP_WORDS[COMP_CWORD-1]} command=vellicor i
     COMPREPLY=()
     for ((i = 1; i < COMP_CWORD; ++i)); do
-        case "$command ${COMP_WORDS[i]}" in )",
+        case "$command ${COMP_WORDS[i]}" in )bash",
     .afterNames = R"() command+=" ${COMP_WORDS[i]}" ;; esac
     done
     case "$command $before" in
@@ -150,10 +156,18 @@ if [[ $funcstack[1] == _vellicor ]]; then _vellicor "$@"; else compdef _vellicor
     .casePattern = "(@)",
 };
 
+/// The shell splits the words at blanks, and honours quotes.
+std::string fishWords(const std::vector<std::string>& choices) {
+    std::vector<std::string> words;
+    for (const std::string& choice : choices)
+        words.push_back(choice.find(' ') == std::string::npos ? choice : text("\"%@\"", choice));
+    return quotedForFish(joined(words, " "));
+}
+
 std::string fishValue(const CompletionValue& value) {
     if (value.isFile) return " -r -F";
     if (value.choices.empty()) return " -x";
-    return " -x -a " + quotedForFish(joined(value.choices, " "));
+    return " -x -a " + fishWords(value.choices);
 }
 
 }  // namespace
@@ -182,7 +196,7 @@ std::string fishCompletion(const CompletionCommand& root) {
             if (positional.isFile)
                 lines += start + " -F\n";
             else if (!positional.choices.empty())
-                lines += text("%@ -f -a %@\n", start, quotedForFish(joined(positional.choices, " ")));
+                lines += text("%@ -f -a %@\n", start, fishWords(positional.choices));
         }
     }
     return text(R"(# Completions of vellicor for fish; load them with: vellicor completion fish | source
