@@ -68,9 +68,20 @@ if(TARGET vellicor_tool)
   # The program that the README shows.
   add_executable(hello ${PROJECT_SOURCE_DIR}/examples/hello.cpp)
   target_link_libraries(hello PRIVATE vellicor::vellicor vellicor_build_options)
-  target_compile_definitions(cli_tests PRIVATE VELLICOR_TOOL="$<TARGET_FILE:vellicor_tool>" VELLICOR_HELLO="$<TARGET_FILE:hello>")
-  add_dependencies(cli_tests vellicor_tool hello)
+  target_compile_definitions(cli_tests PRIVATE VELLICOR_TOOL="$<TARGET_FILE:vellicor_tool>" VELLICOR_HELLO="$<TARGET_FILE:hello>"
+                                               VELLICOR_EXAMPLE_PLUGIN="$<TARGET_FILE_DIR:standard_sql_plugin>/..")
+  add_dependencies(cli_tests vellicor_tool hello standard_sql_plugin)
 endif()
 vellicor_tests(engines
-  sqlite_examples_test.cpp
+  engine.cpp
+  engine_steps.cpp
+  generated_documents.cpp
+  mariadb_engine_test.cpp
+  mariadb_server.cpp
+  postgres_engine_test.cpp
+  postgres_server.cpp
+  server.cpp
+  sqlite_engine.cpp
+  sqlite_engine_test.cpp
+  SUITES MariaDBOn PostgreSQLOn SQLiteOn
 )

@@ -32,6 +32,15 @@ constexpr const char* kDamaged = R"(<SQLContainer><SQLTable><name>t</name><SQLFi
 
 std::string document(const std::string& content) { return "<SQLContainer>" + content + "</SQLContainer>"; }
 
+/// What bash offers at the end of a line, by the tool's own script.
+std::string bashCompletions(const ToolRun& tool, const std::string& line) {
+    tool.write("completion.bash", tool({"completion", "bash"}).out);
+    return tool
+        .run("bash", {"-c", "set -f; . ./completion.bash; COMP_WORDS=(" + line +
+                                "); COMP_CWORD=$((${#COMP_WORDS[@]} - 1)); _vellicor; echo \"${COMPREPLY[*]}\""})
+        .out;
+}
+
 TEST(Tool, EveryFailureIsOneLineAndAnExitCode) {
     ToolRun tool;
     tool.write("cut.xml", "<SQLContainer>\n<SQLTable><name>t");
@@ -153,7 +162,8 @@ TEST(ToolExport, FlagsAreWaysToSetPreferencesAndSettings) {
         "<SQLTable><name>zebras</name><comment>ends */ "
         "early</comment><SQLField><name>order</name><type>INT</type></SQLField>"
         "<SQLField><name>two words</name><type>INT</type></SQLField></SQLTable>"
-        "<SQLTable><name>apes</name><ignoreWhenExporting>1</ignoreWhenExporting></SQLTable>"
+        "<SQLTable><name>apes</name><ignoreWhenExporting>1</ignoreWhenExporting><SQLField><name>a</name></SQLField></"
+        "SQLTable>"
         "<SQLDocumentInfo><exportDialect>SQLite</exportDialect><dropTableOption>1</dropTableOption></SQLDocumentInfo>");
     const auto script = [&](const ToolRun::Arguments& flags) {
         ToolRun::Arguments arguments{"export", "-"};
@@ -163,8 +173,8 @@ TEST(ToolExport, FlagsAreWaysToSetPreferencesAndSettings) {
         return outcome.out;
     };
     const std::string plain = script({});
-    EXPECT_THAT(plain, AllOf(HasSubstr("DROP TABLE"), Not(HasSubstr("Vellicor")), Not(HasSubstr("\"")),
-                             HasSubstr("* / early")));
+    EXPECT_THAT(plain, AllOf(HasSubstr("DROP TABLE"), Not(HasSubstr("Vellicor")), Not(HasSubstr("\"zebras\"")),
+                             HasSubstr("\"order\" INT"), HasSubstr("* / early")));
     EXPECT_THAT(script({"--no-drop"}), Not(HasSubstr("DROP TABLE")));
     EXPECT_THAT(script({"--header"}), StartsWith("/* Vellicor (SQLite)*/\n"));
     EXPECT_EQ(script({"--no-header", "--set", "IncludeTitleHeaderInExport=yes"}), plain);
@@ -298,6 +308,19 @@ TEST(ToolDialects, ListsTheRegistryWithWhatEachCanDo) {
     EXPECT_EQ(can(5, "views"), Value::boolean(false));
 }
 
+TEST(ToolDialects, IncludeThoseOfPlugIns) {
+    ToolRun tool;
+    const auto plugins = tool.path() / "Application Support/Vellicor/Plugins";
+    std::filesystem::create_directories(plugins);
+    std::filesystem::copy(VELLICOR_EXAMPLE_PLUGIN, plugins / "StandardSQL.bundle",
+                          std::filesystem::copy_options::recursive);
+    EXPECT_THAT(tool({"dialects"}).out, HasSubstr("\nStandard SQL\n    own name      Standard SQL\n"));
+    const Outcome script = tool({"export", kShop, "-d", "standard sql"});
+    EXPECT_EQ(script.err, "");
+    EXPECT_THAT(script.out, HasSubstr("CREATE TABLE \"customers\""));
+    EXPECT_EQ(bashCompletions(tool, "vellicor export -d Stan"), "Standard\\ SQL\n");
+}
+
 TEST(ToolPrefs, KeepsPreferencesInAPropertyList) {
     ToolRun tool;
     const auto value = [&tool](const char* key) { return tool({"prefs", "get", key}).out; };
@@ -344,12 +367,7 @@ TEST(ToolHelp, ExplainsEveryCommandAndOption) {
 
 TEST(ToolCompletion, KnowsTheCommandLine) {
     ToolRun tool;
-    tool.write("completion.bash", tool({"completion", "bash"}).out);
-    const auto completed = [&tool](const std::string& line) {
-        const std::string script = "set -f; . ./completion.bash; COMP_WORDS=(" + line +
-                                   "); COMP_CWORD=$((${#COMP_WORDS[@]} - 1)); " + "_vellicor; echo \"${COMPREPLY[*]}\"";
-        return tool.run("bash", {"-c", script}).out;
-    };
+    const auto completed = [&tool](const std::string& line) { return bashCompletions(tool, line); };
     EXPECT_EQ(completed("vellicor ex"), "export\n");
     EXPECT_EQ(completed("vellicor export --di"), "--dialect\n");
     EXPECT_EQ(completed("vellicor export x.xml -d SQL"), "SQLite SQLServer\n");

@@ -32,6 +32,10 @@ public:
     [[nodiscard]] bool supportsIndexPostLoad() const override { return true; }
     [[nodiscard]] bool supportsInlineAutoIncrement() const override { return true; }
     [[nodiscard]] bool supportsCheckConstraints() const override { return false; }
+    [[nodiscard]] bool supportsDropIfExists() const override { return true; }
+    [[nodiscard]] bool createsSchema(std::string_view) const override { return true; }
+    [[nodiscard]] bool supportsIndexType(std::string_view type) const override;
+    [[nodiscard]] bool runsOnlyQuoted(std::string_view name) const override;
     [[nodiscard]] std::span<const std::string_view> reservedWords() const override;
     std::string exportSQLIndex(SQLIndex&) override { return {}; }  // indexes are statements of their own
 
@@ -52,21 +56,29 @@ public:
     [[nodiscard]] bool typeHasSize(std::string_view type) override;
     [[nodiscard]] bool isStringType(std::string_view type) override;
     [[nodiscard]] bool isQuotableType(std::string_view type) const;
+    [[nodiscard]] static bool isNumberType(std::string_view type);
+    /// True for the types whose indexes the server refuses without a prefix size.
+    [[nodiscard]] static bool needsPrefixSize(std::string_view type);
     [[nodiscard]] bool shouldStripQuotesOnType(std::string_view type) const;
 
     // Names and values
     [[nodiscard]] bool objectNameRequiresQuoting(std::string_view name) override;
     [[nodiscard]] bool shouldQuoteDefaultFieldValue(std::string_view value, SQLField& field) override;
     std::string quoteDefaultValue(std::string_view value, SQLField& field) override;
+    std::string addDefaultQuotes(std::string_view value) override;
     [[nodiscard]] std::string getDeleteActionStringForCode(std::uint64_t code) override;
     [[nodiscard]] std::string getUpdateActionStringForCode(std::uint64_t code) override;
-    /// The comment as it stands between quotes. The preference "limitSQLCommentLength" has no effect.
+    /// The comment as it stands between quotes. The preference "limitSQLCommentLength" has no effect; in runnable scripts
+    /// the server's limit for the type of object holds.
     [[nodiscard]] std::string formatComment(std::string_view comment, std::string_view type);
 
     // Create script
     std::string exportSQLContainer(SQLContainer& container) override;
     std::string exportSQLTable(SQLTable& table) override;
     virtual SourceNodePtr tablePropertiesNode(SQLTable& table);
+    SourceNodePtr fieldBlock(SQLTable& table) override;
+    SourceNodePtr primaryKeyBlock(SQLTable& table) override;
+    std::string withoutForeignKeyChecks(std::string_view statements) override;
     std::string exportSQLField(SQLField& field) override { return exportSQLField(field, nullptr); }
     /// Against a database's column when there is one.
     virtual std::string exportSQLField(SQLField& field, SQLField* compareWith);
@@ -91,6 +103,7 @@ public:
     [[nodiscard]] std::string getForeignKeyFieldIndexName(const SQLObject& object) const;
     std::string getUniqueForeignKeyName(const std::string& name);
     std::string foreignKeyIndexName(SQLConnectable& key);
+    [[nodiscard]] OptionalText foreignKeyConstraintName(SQLConnectable& key) override;
     SourceNodePtr foreignKeyNode(SQLConnectable* key) override;
 
     // Alter script (mysql_alter.cpp)

@@ -12,7 +12,7 @@ namespace {
 
 /// What both forms end in: type, keyword, name and, in the CREATE form, the table.
 void addIndexWords(QVSourceNode& node, SQLIndex& index, SQLTable& table, MySQLExporter& exporter) {
-    if (const std::string type = index.getIndexTypeString(); !type.empty()) node.addChildWithValue(type);
+    if (const std::string type = exporter.indexTypeInScript(index); !type.empty()) node.addChildWithValue(type);
     node.addChildWithValue(exporter.getIndexKeyword(index));
     node.addChildWithValue(exporter.getNameForIndexWithIndex(table, index));
 }
@@ -60,7 +60,7 @@ std::string MySQLIndexExporter::addIndexTableExporter(SQLIndex& index, SQLTable&
     std::string sql = exporter.shouldUseAlterTableForIndex() ? alterTableAddIndexStringForindex(index, table, exporter)
                                                              : createIndexStringForindex(index, table, exporter);
     sql += exporter.getInstructionSeparator() + "\n";
-    return index.indexListCount() == 0 ? "/*" + sql + "*/\n" : sql;
+    return index.indexListCount() == 0 ? "/*" + exporter.commentText(sql) + "*/\n" : sql;
 }
 
 }  // namespace vellicor

@@ -68,7 +68,7 @@ std::string MySQLExporter::indexSizeStringForField(SQLField& field, SQLIndex* in
     const std::string type = uppercased(field.getDataType());
     if (!isStringType(type)) return {};
     const std::string size = index ? index->getSizeForIndexEntry(&field) : field.getProperty(keys::indexSize);
-    const bool needsSize = type == "BLOB" || type == "TEXT";
+    const bool needsSize = writesRunnableScripts() ? needsPrefixSize(type) : type == "BLOB" || type == "TEXT";
     return size.empty() && needsSize ? "50" : size;
 }
 
@@ -92,11 +92,20 @@ std::string MySQLExporter::foreignKeyIndexName(SQLConnectable& key) {
     return getUniqueForeignKeyName(getForeignKeyFieldIndexName(key.connectableComponent()));
 }
 
+OptionalText MySQLExporter::foreignKeyConstraintName(SQLConnectable& key) {
+    const OptionalText name = GenericSQLExporter::foreignKeyConstraintName(key);
+    // A database has one list for the names of its keys, a document one for each table.
+    const bool mustDiffer = writesRunnableScripts() && exportContainer() && name && !name->empty();
+    return mustDiffer ? OptionalText(getUniqueForeignKeyName(*name)) : name;
+}
+
 SourceNodePtr MySQLExporter::foreignKeyNode(SQLConnectable* key) {
     auto node = GenericSQLExporter::foreignKeyNode(key);
     if (!node->isVisible()) return node;
-    if (auto label = node->childWithId("#foreignKeyLabel"))
-        node->insertChildValue(foreignKeyIndexName(*key), node->indexOfChild(label) + 1);
+    if (auto label = node->childWithId("#foreignKeyLabel")) {
+        const std::string name = foreignKeyIndexName(*key);
+        node->insertChildValue(writesRunnableScripts() ? quoteIdentifier(name) : name, node->indexOfChild(label) + 1);
+    }
     return node;
 }
 

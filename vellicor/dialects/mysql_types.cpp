@@ -25,6 +25,10 @@ constexpr std::string_view kTypesWithCharacterSet[] = {"CHAR",       "VARCHAR", 
 constexpr std::string_view kIndexTypesWithPrefixSize[] = {"BLOB", "TEXT"};
 constexpr std::string_view kTypesOfQuotedNumbers[] = {"DATE", "TIME", "DATETIME"};
 constexpr std::string_view kBinaryTypes[] = {"CHAR", "VARCHAR", "TEXT"};
+constexpr std::string_view kNumberTypes[] = {"BIT",    "BOOL",  "BOOLEAN", "TINYINT",          "SMALLINT", "MEDIUMINT", "INT",   "INTEGER",
+                                             "BIGINT", "REAL",  "DOUBLE",  "DOUBLE PRECISION", "FLOAT",    "DECIMAL",   "DEC",   "NUMERIC",
+                                             "FIXED",  "SERIAL", "YEAR"};
+constexpr std::string_view kTypesWithPrefixSize[] = {"TINYBLOB", "BLOB", "MEDIUMBLOB", "LONGBLOB", "TINYTEXT", "TEXT", "MEDIUMTEXT", "LONGTEXT"};
 
 bool contains(Words words, std::string_view type) { return std::ranges::find(words, uppercased(type)) != words.end(); }
 
@@ -75,6 +79,14 @@ bool MySQLExporter::isStringType(std::string_view type) { return contains(getStr
 bool MySQLExporter::isQuotableType(std::string_view type) const {
     const std::string_view word = trimmed(type.substr(0, type.find('(')));
     return contains(getStringTypesList(), word) || contains(getOtherQuotableTypesList(), word);
+}
+
+bool MySQLExporter::isNumberType(std::string_view type) { return contains(kNumberTypes, type); }
+
+bool MySQLExporter::needsPrefixSize(std::string_view type) { return contains(kTypesWithPrefixSize, type); }
+
+bool MySQLExporter::supportsIndexType(std::string_view type) const {
+    return type == "UNIQUE" || type == "FULLTEXT" || type == "SPATIAL";
 }
 
 bool MySQLExporter::shouldStripQuotesOnType(std::string_view type) const { return contains(kTypesOfQuotedNumbers, type); }

@@ -5,6 +5,7 @@
 #include <set>
 
 #include "vellicor/export/exporter_common.h"
+#include "vellicor/export/sql_identifiers.h"
 #include "vellicor/model/field.h"
 #include "vellicor/model/index.h"
 #include "vellicor/platform/log.h"
@@ -21,6 +22,13 @@ using Words = std::span<const std::string_view>;
 
 constexpr std::string_view kTypesWithSize[] = {"BIT VARYING", "VARBIT",   "CHARACTER VARYING", "CHARACTER", "VARCHAR",   "CHAR",
                                                "INTERVAL",    "NUMERIC",  "DECIMAL",           "TIME",      "TIMESTAMP", "TIMETZ"};
+/// Classic text drops their sizes, which gives the server types of other sizes.
+constexpr std::string_view kFurtherTypesWithSize[] = {"BIT", "BPCHAR", "NCHAR", "NATIONAL CHARACTER", "NATIONAL CHARACTER VARYING",
+                                                      "CHAR VARYING", "DEC", "TIMESTAMPTZ"};
+constexpr std::string_view kTextTypes[] = {"CHARACTER VARYING", "CHARACTER", "VARCHAR", "CHAR", "TEXT", "BPCHAR", "NCHAR", "CITEXT", "NAME",
+                                           "NATIONAL CHARACTER", "NATIONAL CHARACTER VARYING", "CHAR VARYING"};
+constexpr std::string_view kNumberTypes[] = {"SMALLINT", "INTEGER", "INT", "BIGINT", "INT2", "INT4", "INT8", "DECIMAL", "NUMERIC", "DEC",
+                                             "REAL", "DOUBLE PRECISION", "FLOAT", "FLOAT4", "FLOAT8", "SERIAL", "BIGSERIAL", "SMALLSERIAL"};
 constexpr std::string_view kTypesWithTimeZone[] = {"TIMESTAMP", "TIME"};
 constexpr std::string_view kQuotableDefaultTypes[] = {"CHARACTER VARYING", "CHARACTER", "VARCHAR",  "CHAR", "VARBIT", "TEXT",
                                                       "DATE",              "TIMESTAMP", "INTERVAL", "TIME", "MONEY"};
@@ -81,7 +89,8 @@ bool PostgresqlExporter::fieldTypeAllowsTimeZone(std::string_view type) {
 std::string PostgresqlExporter::fieldType(SQLField& field) {
     const std::string& stored = field.getDataType();
     std::string type = Preferences::shared().boolForKey(prefs::postgresTypesUppercase) ? uppercased(stored) : stored;
-    if (typeHasSize(stored) && field.hasTypeSize()) type += text("(%@)", field.getDataTypeSize());
+    const bool hasSize = typeHasSize(stored) || (writesRunnableScripts() && contains(kFurtherTypesWithSize, uppercased(stored)));
+    if (hasSize && field.hasTypeSize()) type += text("(%@)", field.getDataTypeSize());
     if (fieldTypeAllowsTimeZone(stored) && field.getPropertyAsBoolean(keys::timezone)) type += " WITH TIME ZONE ";
     return type;
 }
@@ -110,10 +119,28 @@ OptionalText PostgresqlExporter::primaryKeyConstraintName(SQLTable& table) {
     const std::string defaultName = text("%@_pkey", table.getBaseName());
     if (!table.hasProperty(keys::primaryKeyName)) {
         // Kept: a key that was never named has no name, and the word CONSTRAINT stands alone, which no server accepts.
-        return writesRunnableScripts() ? OptionalText(defaultName) : std::nullopt;
+        return writesRunnableScripts() ? OptionalText(nameOfKeyInScript(table, defaultName)) : std::nullopt;
     }
     const std::string name = table.getProperty(keys::primaryKeyName);
-    return name.empty() ? defaultName : name;
+    return nameOfKeyInScript(table, name.empty() ? defaultName : name);
+}
+
+std::string PostgresqlExporter::indexNameInScript(SQLTable& table, std::string_view name) {
+    return nameInScript(schemaNameForTable(table), name);
+}
+
+std::string PostgresqlExporter::constraintNameInScript(SQLTable& table, std::string_view name) {
+    return nameInScript(table.getName() + "\tconstraints", name);
+}
+
+std::string PostgresqlExporter::nameOfKeyInScript(SQLTable& table, std::string_view name) {
+    return constraintNameInScript(table, indexNameInScript(table, name));
+}
+
+OptionalText PostgresqlExporter::foreignKeyConstraintName(SQLConnectable& key) {
+    const OptionalText name = GenericSQLExporter::foreignKeyConstraintName(key);
+    SQLTable* table = key.connectableComponent().parentTable();
+    return table && name && !name->empty() ? OptionalText(constraintNameInScript(*table, *name)) : name;
 }
 
 Words PostgresqlExporter::defaultValuesNotQuotableForField(SQLField&) const { return kDefaultsNotQuoted; }
@@ -123,8 +150,14 @@ Words PostgresqlExporter::defaultValuesRegularExpressionsNotQuotable() const { r
 bool PostgresqlExporter::shouldQuoteDefaultFieldValue(std::string_view value, SQLField& field) {
     if (field.getPropertyAsBoolean(keys::noQuoteDefault)) return false;
     if (contains(defaultValuesNotQuotableForField(field), lowercased(value)) || defaultMatchesRegexForField(field, value)) return false;
+    const std::string type = uppercased(field.getDataType());
+    if (writesRunnableScripts()) {
+        if (isTextLiteral(value) || contains(kNumberTypes, type)) return false;
+        // Other types take expressions as well as values.
+        return contains(kTextTypes, type) ? !value.starts_with('\'') || !isExpression(value) : !isExpression(value);
+    }
     if (value.starts_with('\'') && value.ends_with('\'')) return false;
-    return contains(kQuotableDefaultTypes, uppercased(field.getDataType()));
+    return contains(kQuotableDefaultTypes, type);
 }
 
 bool PostgresqlExporter::defaultMatchesRegexForField(SQLField&, std::string_view defaultValue) const {
@@ -180,7 +213,9 @@ std::string PostgresqlExporter::exportSQLField(SQLField& field) {
     std::string sql = quoteIdentifier(field.getName());
     sql += text(" %@", type);
     if (field.getNotNull()) sql += " NOT NULL";
-    if (const std::string value = field.getDefaultValue(); !value.empty())
+    // A serial type brings a default of its own, and the server takes only one.
+    const bool hasOwnDefault = writesRunnableScripts() && field.getAutoIncrement();
+    if (const std::string value = field.getDefaultValue(); !value.empty() && !hasOwnDefault)
         sql += text(" DEFAULT %@", quoteDefaultValue(value, field));
     if (field.isUnique()) sql += " UNIQUE ";
     return sql + nodeText(inlineCheckConstraint(field));
@@ -195,10 +230,13 @@ std::string PostgresqlExporter::dropTableInstruction(SQLTable& table) {
     return text("DROP TABLE IF EXISTS %@ CASCADE%@\n", getCanonicalName(table), instructionSeparator());
 }
 
-std::string PostgresqlExporter::getIndexKeyword(SQLIndex& index) { return as<SQLConstraint>(&index) ? "CONSTRAINT" : "INDEX"; }
+std::string PostgresqlExporter::getIndexKeyword(SQLIndex& index) {
+    return as<SQLConstraint>(&index) && !writesRunnableScripts() ? "CONSTRAINT" : "INDEX";
+}
 
 std::string PostgresqlExporter::addIndex(SQLIndex& index, SQLTable& table) {
-    if (uppercased(index.getIndexType()) == "UNIQUE") return addConstraint(index, table);
+    const bool isRemark = writesRunnableScripts() && index.indexListCount() == 0;
+    if (uppercased(index.getIndexType()) == "UNIQUE" && !isRemark) return addConstraint(index, table);
     return ExporterCommon::addIndex(index, table, *this);
 }
 
@@ -219,7 +257,9 @@ SourceNodePtr PostgresqlExporter::addConstraintBlock(SQLIndex& constraint) {
     }
     auto node = QVSourceNode::node();
     node->addChildWithValue("ADD CONSTRAINT");
-    node->addChildWithValue(quoteIdentifier(constraint.getName()));
+    std::string name = constraint.getName();
+    if (SQLTable* table = constraint.parentTable()) name = nameOfKeyInScript(*table, name);
+    node->addChildWithValue(quoteIdentifier(name));
     node->addChildWithValue(constraint.getIndexType());
     node->addChild(quotedNameList(constraint.getFieldNameList()));
     node->addChild(constraintDeferrableBlock(constraint, nullptr));

@@ -24,6 +24,11 @@ public:
     [[nodiscard]] bool supportsInlineAutoIncrement() const override { return false; }
     [[nodiscard]] bool supportsViews() const override { return true; }
     [[nodiscard]] bool requiresOwnershipForAlter() const override { return false; }
+    [[nodiscard]] bool supportsDropIfExists() const override { return true; }
+    [[nodiscard]] bool supportsTablesWithoutColumns() const override { return true; }
+    [[nodiscard]] bool createsSchema(std::string_view name) const override { return name != "public"; }
+    [[nodiscard]] bool supportsIndexType(std::string_view type) const override { return type == "UNIQUE"; }
+    [[nodiscard]] bool runsOnlyQuoted(std::string_view name) const override;
     [[nodiscard]] std::string getIndexKeyword(SQLIndex& index) override;
     [[nodiscard]] std::span<const std::string_view> reservedWords() const override;
     std::string exportSQLIndex(SQLIndex&) override { return {}; }  // indexes are statements of their own
@@ -44,6 +49,13 @@ public:
     [[nodiscard]] virtual std::span<const std::string_view> defaultValuesRegularExpressionsNotQuotable() const;
     [[nodiscard]] bool defaultMatchesRegexForField(SQLField& field, std::string_view defaultValue) const;
     std::string addDefaultQuotes(std::string_view value) override;
+    /// Indexes share the names of the tables of a schema.
+    std::string indexNameInScript(SQLTable& table, std::string_view name) override;
+    std::string constraintNameInScript(SQLTable& table, std::string_view name) override;
+    /// Of a constraint that brings an index of the same name along.
+    std::string nameOfKeyInScript(SQLTable& table, std::string_view name);
+    void reserveTableName(SQLTable& table) override { nameInScript(schemaNameForTable(table), table.getBaseName()); }
+    [[nodiscard]] OptionalText foreignKeyConstraintName(SQLConnectable& key) override;
 
     // Create script
     /// Runnable scripts create the schemas that they use.

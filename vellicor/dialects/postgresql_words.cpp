@@ -17,8 +17,15 @@ constexpr std::string_view kWords[] = {
     "SIMILAR", "SOME", "SYMMETRIC", "TABLE", "THEN", "TO", "TRAILING", "TRUE", "UNION", "UNIQUE", "USER", "USING",
     "VARIADIC", "VERBOSE", "WHEN", "WHERE", "WINDOW", "WITH"};
 
+/// Reserved by servers of today too.
+constexpr std::string_view kFurtherWords[] = {"LATERAL", "TABLESAMPLE"};
+
 }  // namespace
 
 std::span<const std::string_view> PostgresqlExporter::reservedWords() const { return kWords; }
+
+bool PostgresqlExporter::runsOnlyQuoted(std::string_view name) const {
+    return isRefusedBare(name, containsWord(kWords, name) || containsWord(kFurtherWords, name));
+}
 
 }  // namespace vellicor

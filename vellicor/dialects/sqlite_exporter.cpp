@@ -5,6 +5,8 @@
 #include <array>
 
 #include "vellicor/export/exporter_common.h"
+#include "vellicor/export/sql_block_splitter.h"
+#include "vellicor/export/sql_identifiers.h"
 #include "vellicor/model/field.h"
 #include "vellicor/model/foreign_key.h"
 #include "vellicor/model/index.h"
@@ -59,15 +61,17 @@ SQLTable::Components SQLiteExporter::fieldListForTable(SQLTable& table) {
 }
 
 std::string SQLiteExporter::exportSQLField(SQLField& field) {
-    std::string sql = text("%@ %@", quoteIdentifier(field.getName()), fieldType(field));
+    const bool isOnlyKey = field.getPrimaryKey() && field.parentTable() && field.parentTable()->primaryKeyObjectList().size() == 1;
+    // Kept: in classic text the type must be spelt exactly so, unlike in `fieldIsIntegerType`. SQLite numbers no rows of
+    // a key of another type.
+    const bool numbersRows = field.getAutoIncrement() && (field.getType() == "INTEGER" || writesRunnableScripts());
+    const std::string type = isOnlyKey && numbersRows ? "INTEGER" : fieldType(field);
+    std::string sql = text("%@ %@", quoteIdentifier(field.getName()), type);
     if (const std::string value = field.getDefaultValue(); !value.empty())
         sql += text(" DEFAULT %@", quoteDefaultValue(value, field));
     if (field.getNotNull()) sql += " NOT NULL";
-    if (field.getPrimaryKey() && field.parentTable() && field.parentTable()->primaryKeyObjectList().size() == 1) {
-        sql += " PRIMARY KEY";
-        // Kept: the type must be spelt exactly so, unlike in `fieldIsIntegerType`.
-        if (field.getAutoIncrement() && field.getType() == "INTEGER") sql += text(" %@", autoIncrementKeyword());
-    }
+    if (isOnlyKey) sql += " PRIMARY KEY";
+    if (isOnlyKey && numbersRows) sql += text(" %@", autoIncrementKeyword());
     if (field.isUnique()) sql += " UNIQUE";
     sql += nodeText(inlineCheckConstraint(field));
     if (SQLField* target = field.getFkField()) {
@@ -85,7 +89,28 @@ SourceNodePtr SQLiteExporter::primaryKeyBlock(SQLTable& table) {
 std::string SQLiteExporter::quoteDefaultValue(std::string_view value, SQLField& field) {
     static constexpr std::array<std::string_view, 3> kTimes{"CURRENT_TIME", "CURRENT_DATE", "CURRENT_TIMESTAMP"};
     const bool isTime = std::ranges::any_of(kTimes, [&](std::string_view word) { return equalIgnoringCase(word, value); });
-    return isTime ? std::string(value) : GenericSQLExporter::quoteDefaultValue(value, field);
+    if (isTime) return std::string(value);
+    if (writesRunnableScripts()) {
+        const std::string type = uppercased(field.getDataType());
+        const bool isFlag = equalIgnoringCase(value, "TRUE") || equalIgnoringCase(value, "FALSE");
+        if (isFlag && (type == "BOOLEAN" || type == "BOOL")) return std::string(value);
+        if (field.getPropertyAsBoolean(keys::noQuoteDefault)) return runnableExpression(value);
+    }
+    return GenericSQLExporter::quoteDefaultValue(value, field);
+}
+
+std::string SQLiteExporter::withoutForeignKeyChecks(std::string_view statements) {
+    return text("PRAGMA foreign_keys = OFF%@\n%@PRAGMA foreign_keys = ON%@\n", instructionSeparator(), statements, instructionSeparator());
+}
+
+std::string SQLiteExporter::userBlock(std::string_view block) {
+    // A document for several servers makes its schemas here; the tables of SQLite stand in none.
+    std::string statements;
+    for (const std::string& statement : GenericSQLExporterAppender::SQLBlockArrayFromString(trimmed(block))) {
+        const bool makesSchema = uppercased(trimmed(statement)).starts_with("CREATE SCHEMA ");
+        statements += makesSchema ? text("/*%@*/", commentText(trimmed(statement))) : statement;
+    }
+    return GenericSQLExporter::userBlock(statements);
 }
 
 bool SQLiteExporter::fieldIsIntegerType(const SQLField& field) const { return uppercased(field.getType()) == "INTEGER"; }

@@ -29,6 +29,9 @@ public:
     [[nodiscard]] bool supportsIndexPrefixSize() const override { return false; }
     [[nodiscard]] bool supportsDropSQLConstraint() const override { return false; }
     [[nodiscard]] bool addForeignKeyConstraintName() const override { return false; }
+    [[nodiscard]] bool supportsDropIfExists() const override { return true; }
+    [[nodiscard]] bool supportsIndexType(std::string_view type) const override { return type == "UNIQUE"; }
+    [[nodiscard]] bool runsOnlyQuoted(std::string_view name) const override;
     [[nodiscard]] std::span<const std::string_view> reservedWords() const override;
 
     // Silences: what SQLite cannot do, or holds inline already
@@ -50,6 +53,11 @@ public:
     std::string exportSQLField(SQLField& field) override;
     SourceNodePtr primaryKeyBlock(SQLTable& table) override;
     std::string quoteDefaultValue(std::string_view value, SQLField& field) override;
+    /// Indexes share the names of the tables.
+    std::string indexNameInScript(SQLTable&, std::string_view name) override { return nameInScript("", name); }
+    void reserveTableName(SQLTable& table) override { nameInScript("", table.fullyQualifiedNameForIndexNames()); }
+    std::string withoutForeignKeyChecks(std::string_view statements) override;
+    [[nodiscard]] std::string userBlock(std::string_view block) override;
     [[nodiscard]] bool fieldIsIntegerType(const SQLField& field) const;
     [[nodiscard]] bool fieldIsFirstIntegerPK(const SQLField& field) const;
     std::string exportSQLForeignKey(SQLForeignKey& key) override;

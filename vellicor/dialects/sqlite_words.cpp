@@ -18,8 +18,15 @@ constexpr std::string_view kWords[] = {
     "SAVEPOINT", "SELECT", "SET", "TABLE", "TEMP", "TEMPORARY", "THEN", "TO", "TRANSACTION", "TRIGGER", "UNION",
     "UNIQUE", "UPDATE", "USING", "VACUUM", "VALUES", "VIEW", "VIRTUAL", "WHEN", "WHERE"};
 
+/// Reserved by the library of today too.
+constexpr std::string_view kFurtherWords[] = {"NOTHING", "RETURNING"};
+
 }  // namespace
 
 std::span<const std::string_view> SQLiteExporter::reservedWords() const { return kWords; }
+
+bool SQLiteExporter::runsOnlyQuoted(std::string_view name) const {
+    return isRefusedBare(name, containsWord(kWords, name) || containsWord(kFurtherWords, name));
+}
 
 }  // namespace vellicor

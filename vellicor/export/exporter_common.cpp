@@ -48,17 +48,18 @@ std::string ExporterCommon::addIndex(SQLIndex& index, SQLTable& table, GenericSQ
 std::string ExporterCommon::addIndex(SQLIndex& index, SQLTable& table, GenericSQLExporter& exporter,
                                      const IndexStatementForm& form) {
     if (!exporter.checkIndexValid(index)) return {};
-    const std::string type = index.getIndexTypeString();
     const std::string condition = exporter.ifNotExists(exporter.supportsIfNotExistsSQLIndex());
-    const std::string name = exporter.getNameForIndexWithIndex(table, index);
+    const bool isEmpty = index.indexListCount() == 0;  // a remark, which takes no name
+    const std::string name = isEmpty ? exporter.getNameForIndex(table, index.getName())
+                                     : exporter.nameForIndexStatement(table, index.getName());
     const std::string place = form.withTableName ? text("ON %@ ", exporter.getCanonicalName(table)) : std::string();
     std::string sql(form.addCreateInstruction ? "CREATE " : "");
-    sql += trimmed(type);
+    sql += exporter.indexTypeInScript(index);
     // Kept: without a type two blanks stand after CREATE.
     const std::string columns = columnList(index, exporter);
     sql += text(" %@ %@%@ %@(%@)", exporter.getIndexKeyword(index), condition, name, place, columns);
     if (form.addSeparator) sql += exporter.instructionSeparator() + "\n";
-    return index.indexListCount() == 0 ? text("/*%@*/\n", exporter.commentText(sql)) : sql;
+    return isEmpty ? text("/*%@*/\n", exporter.commentText(sql)) : sql;
 }
 
 std::string ExporterCommon::fieldTypeWithTimeZone(SQLField& field) {

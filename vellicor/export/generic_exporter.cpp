@@ -34,8 +34,6 @@ bool GenericSQLExporter::shouldIncludeTitleHeader() const {
     return Preferences::shared().boolForKey(prefs::includeTitleHeaderInExport);
 }
 
-bool GenericSQLExporter::writesRunnableScripts() { return Preferences::shared().boolForKey(prefs::runnableScripts); }
-
 std::string GenericSQLExporter::indent() const { return _indentSize < 1 ? std::string() : std::string(_indentSize, ' '); }
 
 std::string GenericSQLExporter::ifNotExists(bool supported) const {

@@ -68,6 +68,15 @@ public:
     [[nodiscard]] virtual bool canUpdateViewWithStandardCommand() const { return false; }
     [[nodiscard]] virtual bool requiresOwnershipForAlter() const { return false; }
     [[nodiscard]] virtual bool isStringType(std::string_view type);
+    // Asked in runnable scripts only:
+    [[nodiscard]] virtual bool supportsDropIfExists() const { return false; }
+    [[nodiscard]] virtual bool supportsTablesWithoutColumns() const { return false; }
+    /// True when the script makes a schema of this name where there is none yet.
+    [[nodiscard]] virtual bool createsSchema(std::string_view) const { return false; }
+    /// The type is in upper case.
+    [[nodiscard]] virtual bool supportsIndexType(std::string_view) const { return true; }
+    /// True for a name that the server refuses without quotes.
+    [[nodiscard]] virtual bool runsOnlyQuoted(std::string_view) const { return false; }
     virtual void configureDialectSpecficInterface() {}
     /// The rows by which operations are found; a subclass that adds operations answers its own table.
     [[nodiscard]] virtual const DispatchTables& dispatchTables() const;
@@ -123,6 +132,8 @@ public:
     virtual std::string prologueSQLContainer(SQLContainer& container);
     /// The tables in the order in which they are dropped: those that reference a table stand before it.
     [[nodiscard]] std::vector<SQLTable*> tablesInDropOrder(SQLContainer& container);
+    /// The tables with keys to this one. Classic text minds the keys of single columns only.
+    [[nodiscard]] std::vector<SQLTable*> referencingTables(const SQLTable& table) const;
     void addTablesLinkedToTable(SQLTable& table, std::vector<SQLTable*>& tables, std::unordered_set<const SQLTable*>& visited);
     virtual std::string dropSQLTable(SQLTable& table);
     virtual std::string dropTableInstruction(SQLTable& table);
@@ -228,16 +239,35 @@ public:
     virtual std::string quoteDefaultValue(std::string_view value, SQLField& field);
     [[nodiscard]] virtual bool shouldQuoteDefaultFieldValue(std::string_view value, SQLField& field);
     virtual std::string addDefaultQuotes(std::string_view value);
-    /// A default value as a literal that servers read back as it is meant: quotes inside are doubled. A value that already
-    /// stands in quotes keeps them.
-    [[nodiscard]] static std::string runnableLiteral(std::string_view value);
-    /// Any text as such a literal.
-    [[nodiscard]] static std::string runnableTextLiteral(std::string_view content);
     [[nodiscard]] std::string escapeQuoteCharacter(std::string_view text);
     [[nodiscard]] std::string escapeQuoteCharacter(std::string_view text, std::string_view quoteCharSet);
     [[nodiscard]] std::string addQuotes(std::string_view text);
     std::string quoteForSQL(std::string_view text) { return quoteForSQL(text, false); }
     virtual std::string quoteForSQL(std::string_view text, bool force);
+
+    // === runnable scripts (generic_exporter_runnable.cpp) ===
+    /// A default value as a literal that servers read back as it is meant: quotes inside are doubled. A value that already
+    /// stands in quotes keeps them.
+    [[nodiscard]] static std::string runnableLiteral(std::string_view value);
+    /// Any text as such a literal.
+    [[nodiscard]] static std::string runnableTextLiteral(std::string_view content);
+    /// An expression as a default: in parentheses unless it is one word, number or literal.
+    [[nodiscard]] static std::string runnableExpression(std::string_view value);
+    /// The quoted name of an index in the statement that makes it.
+    std::string nameForIndexStatement(SQLTable& table, std::string_view name);
+    /// The name itself, or numbered when the server would find it taken. The same for constraints of a table.
+    virtual std::string indexNameInScript(SQLTable&, std::string_view name) { return std::string(name); }
+    virtual std::string constraintNameInScript(SQLTable&, std::string_view name) { return std::string(name); }
+    /// Keeps the table's own name from indexes, where both share one list of names.
+    virtual void reserveTableName(SQLTable&) {}
+    /// Empty for a plain index and for a type that the server does not know.
+    [[nodiscard]] std::string indexTypeInScript(SQLIndex& index);
+    /// The user's own statements as they stand in the script.
+    [[nodiscard]] virtual std::string userBlock(std::string_view block);
+    /// With the separator, which no remark at the end hides.
+    [[nodiscard]] std::string endedStatement(std::string_view sql);
+    /// Statements that drop tables which reference each other in a circle.
+    [[nodiscard]] virtual std::string withoutForeignKeyChecks(std::string_view statements) { return std::string(statements); }
 
     // === alter scripts: tables, columns, indexes (generic_exporter_alter.cpp) ===
     std::string alter(SQLObject& object, SQLObject& oldObject) override;
@@ -310,11 +340,29 @@ protected:
     [[nodiscard]] std::string unknownForeignKeyComment(SQLConnectable& key, std::string_view keyName);
     void logDropIndexName(std::string_view indexName, const SQLField& field);
 
+    /// Whether the preferences let a name be quoted that is no plain word, or a reserved one.
+    [[nodiscard]] bool isRefusedBare(std::string_view name, bool isReservedWord) const;
+    [[nodiscard]] static bool containsWord(std::span<const std::string_view> words, std::string_view name);
+    /// The name, or a numbered one when this script has used it in the scope already.
+    std::string nameInScript(std::string_view scope, std::string_view name);
+    /// A comment in place of a table that the server refuses to make; empty when it can.
+    [[nodiscard]] std::string missingColumnsRemark(SQLTable& table);
+    /// "IF EXISTS " in runnable scripts where the dialect has it.
+    [[nodiscard]] std::string ifExists() const { return writesRunnableScripts() && supportsDropIfExists() ? "IF EXISTS " : ""; }
+
     /// "IF NOT EXISTS " when the preference asks for it and no live database is written to.
     [[nodiscard]] std::string ifNotExists(bool supported) const;
     friend class ExporterCommon;
 
 private:
+    std::string runnablePrologue(SQLContainer& container);
+    std::string dropInstructions(SQLContainer& container);
+    /// Views behind everything else, each behind the views that its query names.
+    static void putViewsLast(SQLContainer::Objects& objects);
+    void putForeignKeysLast(Statements& statements);
+    std::string foreignKeyStatement(SQLConnectable& key);
+    void clearNamesInScript(SQLContainer& container);
+
     struct ForeignKeyChange {
         std::string drop;  // a statement without separator
         std::string add;   // a statement with separator, trimmed
@@ -334,6 +382,10 @@ private:
     bool _autoQuoteIdentifiersWithWhitespace = false;
     std::int32_t _indentSize = 0;
     std::unordered_map<std::string, std::unordered_set<std::string>> _indexCache;  // table uid to index names created
+    std::unordered_set<std::string> _namesInScript;                     // scope, line feed, folded name
+    std::unordered_map<std::string, std::size_t> _nextNumbersInScript;  // by the same
+    std::unordered_map<const SQLTable*, std::vector<SQLTable*>> _referencingByKey;  // while drop statements are made
+    std::unordered_set<std::string> _foreignKeyStatements;              // of the post-load statements being collected
     bool _addExplicitDeferrable = false;
     SQLContainer* _exportContainer = nullptr;  // only while an export runs
     std::vector<std::shared_ptr<SQLObject>> _droppedObjects;

@@ -23,6 +23,7 @@ std::string GenericSQLExporter::exportSQLContainer(SQLContainer& container) {
     configureForExport();
     clearIndexCache();
     _exportContainer = &container;
+    clearNamesInScript(container);
     if (!_documentInfo) _documentInfo = infoOf(container);
 
     std::string script;
@@ -30,9 +31,12 @@ std::string GenericSQLExporter::exportSQLContainer(SQLContainer& container) {
     script += prologue(container);
 
     const bool byName = Preferences::shared().integerForKey(prefs::exportObjectSortOrder) == kNameOrder;
-    for (const auto& object : byName ? container.objectListSortedByName() : container.objectList()) {
-        const std::string sql = canExportObject(*object) ? export_(*object)
-                                                         : text("/* Export disabled for %@ */", getCanonicalName(*object));
+    auto objects = byName ? container.objectListSortedByName() : container.objectList();
+    if (writesRunnableScripts()) putViewsLast(objects);
+    for (const auto& object : objects) {
+        const std::string sql = canExportObject(*object)
+                                    ? export_(*object)
+                                    : text("/* Export disabled for %@ */", commentText(getCanonicalName(*object)));
         const std::string_view statement = trimmed(sql);
         if (statement.empty()) continue;
         script += '\n';
@@ -48,6 +52,7 @@ std::string GenericSQLExporter::exportSQLContainer(SQLContainer& container) {
 std::string GenericSQLExporter::prologueSQLContainer(SQLContainer& container) {
     container.reorderByForeignKeys();
     container.updateTargetTableLists();
+    if (writesRunnableScripts()) return runnablePrologue(container);
     std::string sql = joined(GenericSQLExporterAppender::prologueSQLBlockForContainer(container), "\n") + "\n";
 
     const bool drops = _documentInfo && _documentInfo->getDropTableOption();
@@ -78,14 +83,14 @@ void GenericSQLExporter::addTablesLinkedToTable(SQLTable& table, std::vector<SQL
     };
     if (!visited.insert(&table).second) return;
     std::vector<Step> path;  // an explicit stack: chains of references may be as long as the document
-    path.push_back({&table, table.getTargetTableForFKList()});
+    path.push_back({&table, referencingTables(table)});
     while (!path.empty()) {
         Step& step = path.back();
         if (step.next == step.referencing.size()) {
             tables.push_back(step.table);
             path.pop_back();
         } else if (SQLTable* referencing = step.referencing[step.next++]; visited.insert(referencing).second) {
-            path.push_back({referencing, referencing->getTargetTableForFKList()});
+            path.push_back({referencing, referencingTables(*referencing)});
         }
     }
 }
@@ -95,7 +100,7 @@ std::string GenericSQLExporter::dropSQLTable(SQLTable& table) {
 }
 
 std::string GenericSQLExporter::dropTableInstruction(SQLTable& table) {
-    return text("DROP TABLE %@%@\n", getCanonicalName(table), instructionSeparator());
+    return text("DROP TABLE %@%@%@\n", ifExists(), getCanonicalName(table), instructionSeparator());
 }
 
 std::string GenericSQLExporter::postLoadSQLContainer(SQLContainer& container) {
@@ -108,7 +113,13 @@ Statements GenericSQLExporter::postLoadAsVectorSQLContainer(SQLContainer& contai
         if (!canLinkToObject(*object) || !as<SQLTable>(object.get())) continue;
         std::ranges::move(postLoadAsVector(*object), std::back_inserter(statements));
     }
-    std::ranges::move(GenericSQLExporterAppender::postAppendSQLBlockForContainer(container), std::back_inserter(statements));
+    if (writesRunnableScripts()) {
+        putForeignKeysLast(statements);
+        const SQLDocumentInfo* info = container.documentInfo();
+        statements.push_back(userBlock(info ? info->postExportSQL() : std::string()));
+    } else {
+        std::ranges::move(GenericSQLExporterAppender::postAppendSQLBlockForContainer(container), std::back_inserter(statements));
+    }
     std::erase(statements, "");
     return statements;
 }

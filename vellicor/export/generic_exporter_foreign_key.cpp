@@ -92,7 +92,8 @@ SourceNodePtr GenericSQLExporter::getSQLForForeignKeyFieldNode(SQLConnectable& k
 }
 
 std::string GenericSQLExporter::createForeignKey(SQLConnectable& key, ForeignKeyForm form) {
-    return key.getFkField() ? nodeText(getSQLForForeignKeyFieldNode(key, form.asExternalInstruction)) : std::string();
+    if (!key.getFkField()) return {};
+    return form.asExternalInstruction ? foreignKeyStatement(key) : nodeText(getSQLForForeignKeyFieldNode(key, false));
 }
 
 }  // namespace vellicor

@@ -33,7 +33,7 @@ std::string GenericSQLExporter::createFieldIndexOnField(SQLField& field, SQLTabl
         const std::string prefix = text("%@_", table.getBaseName());
         if (!name.starts_with(prefix)) name.insert(0, prefix);
     }
-    return text("%@%@\n", createIndexStatement(field, getNameForIndex(table, name)), instructionSeparator());
+    return text("%@%@\n", createIndexStatement(field, nameForIndexStatement(table, name)), instructionSeparator());
 }
 
 std::string GenericSQLExporter::createIndexStatement(SQLField& field, std::string_view indexName) {
@@ -56,7 +56,7 @@ std::string GenericSQLExporter::indexSizeStringForField(SQLField& field, SQLInde
 
 std::string GenericSQLExporter::createIndexIfNotDuplicate(SQLTable& table, SQLIndex& index) {
     const bool isNew = _indexCache[table.uid()].insert(getNameForIndexWithIndex(table, index)).second;
-    return isNew ? addIndex(index, table) : text("/* (prefix indexes:ON) => Index %@ would conflict */", index.getName());
+    return isNew ? addIndex(index, table) : text("/* (prefix indexes:ON) => Index %@ would conflict */", commentText(index.getName()));
 }
 
 std::string GenericSQLExporter::addIndex(SQLIndex& index) {
@@ -108,7 +108,7 @@ Statements GenericSQLExporter::postLoadAsVectorSQLConstraint(SQLConstraint& cons
 }
 
 Statements GenericSQLExporter::postLoadAsVectorSQLForeignKey(SQLForeignKey& foreignKey, SQLTable&) {
-    std::string sql = nodeText(getSQLForForeignKeyFieldNode(foreignKey, true));
+    std::string sql = foreignKeyStatement(foreignKey);
     return sql.empty() ? Statements() : Statements{std::move(sql)};
 }
 

@@ -14,18 +14,14 @@
 
 namespace vellicor {
 
-namespace {
-
-/// Word lists are constants, so each is hashed once, under its address.
-bool containsWord(std::span<const std::string_view> words, const std::string& word) {
+bool GenericSQLExporter::containsWord(std::span<const std::string_view> words, std::string_view name) {
+    // Word lists are constants, so each is hashed once, under its address.
     thread_local std::unordered_map<const std::string_view*, std::unordered_set<std::string_view>> sets;
     if (words.empty()) return false;
     auto [entry, isNew] = sets.try_emplace(words.data());
     if (isNew) entry->second.insert(words.begin(), words.end());
-    return entry->second.contains(word);
+    return entry->second.contains(uppercased(trimmed(name)));
 }
-
-}  // namespace
 
 std::string GenericSQLExporter::quoteIdentifier(std::string_view name) {
     std::string quoted(name);
@@ -33,7 +29,7 @@ std::string GenericSQLExporter::quoteIdentifier(std::string_view name) {
 }
 
 std::string& GenericSQLExporter::quoteIdentifierAsMutableString(std::string& name) {
-    if (useQuotedIdentifier() || objectNameRequiresQuoting(name))
+    if (useQuotedIdentifier() || objectNameRequiresQuoting(name) || (writesRunnableScripts() && runsOnlyQuoted(name)))
         quoteString(name);
     else if (_autoQuoteIdentifiersWithWhitespace) {
         if (containsWhitespace(name)) quoteString(name);
@@ -58,7 +54,7 @@ void GenericSQLExporter::quoteString(std::string& name) {
 bool GenericSQLExporter::objectNameRequiresQuoting(std::string_view name) { return quoteReservedWord(name); }
 
 bool GenericSQLExporter::quoteReservedWord(std::string_view name) {
-    return Preferences::shared().boolForKey(prefs::quoteReservedWords) && containsWord(reservedWords(), uppercased(trimmed(name)));
+    return Preferences::shared().boolForKey(prefs::quoteReservedWords) && containsWord(reservedWords(), name);
 }
 
 std::span<const std::string_view> GenericSQLExporter::reservedWords() const {
@@ -119,17 +115,6 @@ std::string GenericSQLExporter::quoteDefaultValue(std::string_view value, SQLFie
 
 bool GenericSQLExporter::shouldQuoteDefaultFieldValue(std::string_view value, SQLField& field) {
     return lowercased(value) != "null" && !field.getPropertyAsBoolean(keys::noQuoteDefault);
-}
-
-std::string GenericSQLExporter::runnableTextLiteral(std::string_view content) {
-    return "'" + replacingAll(content, "'", "''") + "'";
-}
-
-std::string GenericSQLExporter::runnableLiteral(std::string_view value) {
-    const bool isQuoted = value.size() >= 2 && value.starts_with('\'') && value.ends_with('\'');
-    const std::string_view content = isQuoted ? value.substr(1, value.size() - 2) : value;
-    // Inside quotes a quote is already escaped by a backslash or by doubling.
-    return runnableTextLiteral(isQuoted ? replacingAll(replacingAll(content, "\\'", "'"), "''", "'") : std::string(content));
 }
 
 std::string GenericSQLExporter::addDefaultQuotes(std::string_view value) {

@@ -19,6 +19,7 @@ bool isCommentOnly(std::string_view sql) {
 }  // namespace
 
 std::string GenericSQLExporter::exportSQLTable(SQLTable& table) {
+    if (std::string remark = missingColumnsRemark(table); !remark.empty()) return remark;
     auto node = QVSourceNode::node();
     if (const std::string comment = table.getComment(); !comment.empty()) node->addChild(tableCommentBlock(comment));
     node->addChild(fieldBlock(table));
@@ -89,8 +90,11 @@ std::string GenericSQLExporter::quoteComment(std::string_view comment) const {
 }
 
 std::string GenericSQLExporter::commentText(std::string_view comment) const {
-    // A comment may not end early: what follows would run as SQL.
-    return writesRunnableScripts() ? replacingAll(comment, "*/", "* /") : std::string(comment);
+    if (!writesRunnableScripts()) return std::string(comment);
+    // A comment may not end early: what follows would run as SQL. Nor may it open another, which some servers nest.
+    std::string content = replacingAll(replacingAll(comment, "*/", "* /"), "/*", "/ *");
+    if (content.ends_with('/')) content += ' ';
+    return content;
 }
 
 bool GenericSQLExporter::isIgnoredTableComponent(SQLTableComponent& component) {
@@ -123,6 +127,8 @@ SourceNodePtr GenericSQLExporter::inlineCheckConstraint(SQLObject& object) {
 
     std::string name = object.getProperty(keys::checkConstraintName);
     if (as<SQLConstraint>(&object) && !object.getPropertyAsBoolean(keys::hideConstraintName)) name = object.getName();
+    if (auto* component = as<SQLTableComponent>(&object); component && component->parentTable() && !name.empty())
+        name = constraintNameInScript(*component->parentTable(), name);
     node->setSpaceBefore(" ");
     if (!name.empty()) {
         node->addChildWithValue("CONSTRAINT");

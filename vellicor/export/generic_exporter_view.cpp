@@ -15,13 +15,15 @@ std::string GenericSQLExporter::exportSQLView(SQLView& view) {
     if (query.empty()) return text("/* VIEW %@ - no query specified */", commentText(getCanonicalName(view)));
     if (query.ends_with(';')) query.remove_suffix(1);
     // Kept: two blanks stand between the name and AS.
-    return viewCreateStringPart(getCanonicalName(view)) + text(" AS %@%@", query, instructionSeparator());
+    const std::string start = viewCreateStringPart(getCanonicalName(view));
+    if (writesRunnableScripts()) return text("%@ AS %@", start, endedStatement(query));
+    return start + text(" AS %@%@", query, instructionSeparator());
 }
 
 std::string GenericSQLExporter::viewQuery(SQLView& view) { return view.queryString(); }
 
 std::string GenericSQLExporter::dropSQLView(SQLView& view) {
-    return text("DROP VIEW %@%@\n", getCanonicalName(view), instructionSeparator());
+    return text("DROP VIEW %@%@%@\n", ifExists(), getCanonicalName(view), instructionSeparator());
 }
 
 Statements GenericSQLExporter::postLoadAsVectorSQLView(SQLView&) { return {}; }

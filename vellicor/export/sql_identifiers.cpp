@@ -80,7 +80,7 @@ bool isSimpleToken(std::string_view value) {
 bool isExpression(std::string_view value) {
     value = trimmed(value);
     if (isPresentTime(value) || value.starts_with('(')) return true;
-    if (value.starts_with('\'')) return value.size() > 1 && !value.ends_with('\'');
+    if (value.starts_with('\'')) return !isTextLiteral(value) && std::ranges::count(value, '\'') % 2 == 0;
     const std::string_view rest = trimmed(value.substr(leadingWord(value).size()));
     return rest.size() < value.size() && (rest.starts_with('(') || rest.starts_with('['));
 }
