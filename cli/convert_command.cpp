@@ -77,6 +77,7 @@ const Form& chosenForm(const ConvertOptions& options) {
 }
 
 ExitCode run(const ConvertOptions& options, Messages& messages) {
+    messages.steps().setCount(2);  // reading and converting
     applyPreferences(options.preferences, messages);
     const Form& form = chosenForm(options);
     const Document document = readDocument(options.document, messages);
@@ -85,7 +86,7 @@ ExitCode run(const ConvertOptions& options, Messages& messages) {
         throw Failure(kBadUse, text("the %@ would replace the document; choose another file with -o", form.name));
     std::string converted;
     {
-        const Progress progress("converting " + document.name, !messages.quiet());
+        const Progress progress(messages, "converting " + document.name);
         keepPart(*document.container, options.part, messages);
         converted = form.text(document);
     }

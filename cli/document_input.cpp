@@ -44,7 +44,7 @@ Document readDocument(const std::string& argument, Messages& messages) {
         document.file = document.name = argument;
         document.stem = document.file->stem().string();
     }
-    const Progress progress("reading " + document.name, !messages.quiet());
+    const Progress progress(messages, "reading " + document.name);
     LoadedDocument loaded = load(document);
     document.container = std::move(loaded.container);
     document.recovered = loaded.recovered;

@@ -100,6 +100,7 @@ std::string script(const Document& document, const std::string& dialect, const E
 }
 
 ExitCode run(const ExportOptions& options, Messages& messages) {
+    messages.steps().setCount(2);  // reading and exporting
     applyPreferences(options.preferences, messages);
     applyFlags(options);
     const std::string asked = options.dialect.empty() ? std::string() : dialectNamed(options.dialect);
@@ -113,7 +114,7 @@ ExitCode run(const ExportOptions& options, Messages& messages) {
 
     std::string sql;
     {
-        const Progress progress("exporting " + document.name, !messages.quiet());
+        const Progress progress(messages, "exporting " + document.name);
         sql = script(document, dialect, options, messages);
     }
     deliver(messages, options.report, document, output, sql,

@@ -39,7 +39,7 @@ constexpr std::string_view kInformation[] = {
     "SQLContainer debug",
     "FIX: ",
     "Plugin Type: ",
-    "Loaded Plugins: ",
+    "Loaded Plugins:",
     // what is drawn on the canvas has neither SQL nor a name in any dialect
     "No method available: exportSQLComment:",
     "No method available: getCanonicalNameSQLComment:",

@@ -17,38 +17,41 @@ constexpr std::string_view kPlain = "\033[0m";
 }  // namespace
 
 Messages::Messages() {
+    _steps.setIncrement(1);
     _previousSink = setLogSink([this](std::string_view line) { add(levelOfLogLine(line), line); });
 }
 
 Messages::~Messages() { setLogSink(std::move(_previousSink)); }
 
 void Messages::add(Level level, std::string_view text) {
+    const auto event = QVStatusEvent::statusEventWithSummary(singleLine(text), std::nullopt);
+    event->setIsWarning(level == Level::Warning);
     std::scoped_lock lock(_mutex);
-    _lines.push_back({level, singleLine(text)});
+    _log->addEvent(event);
 }
 
 std::size_t Messages::warningCount() const {
     std::scoped_lock lock(_mutex);
-    return static_cast<std::size_t>(std::ranges::count(_lines, Level::Warning, &Line::level));
+    return static_cast<std::size_t>(std::ranges::count_if(_log->events(), &QVStatusEvent::isWarning));
 }
 
 Value::List Messages::events() const {
     std::scoped_lock lock(_mutex);
     Value::List list;
-    for (const Line& line : _lines)
-        list.push_back(Value::Map{{"level", line.level == Level::Warning ? "warning" : "note"}, {"text", line.text}});
+    for (const auto& event : _log->events())
+        list.push_back(Value::Map{{"level", event->isWarning() ? "warning" : "note"}, {"text", *event->summary()}});
     return list;
 }
 
 void Messages::show() {
     std::scoped_lock lock(_mutex);
-    for (; _shown < _lines.size(); ++_shown) {
-        const Line& line = _lines[_shown];
+    for (; _shown < _log->events().size(); ++_shown) {
+        const QVStatusEvent& event = *_log->events()[_shown];
         if (_quiet) continue;
-        if (line.level == Level::Warning)
-            write(kYellow, "warning", line.text);
+        if (event.isWarning())
+            write(kYellow, "warning", *event.summary());
         else if (_verbose)
-            write({}, "note", line.text);
+            write({}, "note", *event.summary());
     }
 }
 

@@ -1,19 +1,20 @@
 // cli/messages.h — what a run has to say besides its data: the library's log and the tool's own warnings.
 #pragma once
 
+#include <memory>
 #include <mutex>
-#include <string>
 #include <string_view>
-#include <vector>
 
 #include "cli/log_lines.h"
 #include "vellicor/platform/log.h"
 #include "vellicor/platform/value.h"
+#include "vellicor/util/progress_watcher.h"
+#include "vellicor/util/status_log.h"
 
 namespace vellicor::cli {
 
-/// Collects lines from the moment it is made, the library's log included, and writes them to standard error when the
-/// run is over: a run that fails says one thing only.
+/// Collects the events of a run in a status log from the moment it is made, the lines of the library's log included,
+/// and writes them to standard error when the run is over: a run that fails says one thing only.
 class Messages {
 public:
     Messages();
@@ -31,22 +32,21 @@ public:
     [[nodiscard]] std::size_t warningCount() const;
     /// For machine-readable results: maps of "level" and "text", in order.
     [[nodiscard]] Value::List events() const;
+    /// Counts the steps of the run; a command that has several says how many.
+    [[nodiscard]] ProgressWatcher& steps() { return _steps; }
 
-    /// "vellicor: warning: ..." for each line that was collected since the last call, unless quiet.
+    /// "vellicor: warning: ..." for each event that was collected since the last call, unless quiet.
     void show();
     /// "vellicor: error: ...", with what was collected before it only when verbose.
     void showError(std::string_view text);
 
 private:
-    struct Line {
-        Level level;
-        std::string text;
-    };
     static void write(std::string_view colour, std::string_view kind, std::string_view text);
 
-    mutable std::mutex _mutex;
-    std::vector<Line> _lines;
+    mutable std::mutex _mutex;  // guards the log: the library may write lines from any thread
+    std::shared_ptr<QVStatusLog> _log = std::make_shared<QVStatusLog>();
     std::size_t _shown = 0;
+    ProgressWatcher _steps;
     bool _quiet = false;
     bool _verbose = false;
     LogSink _previousSink;

@@ -81,9 +81,10 @@ ExitCode list(const PrefsOptions& options) {
                          std::string_view meaning) {
         const auto found = stored.find(key);
         const bool isSet = found != stored.end();
+        const std::string whenSet = byDefault.empty() ? "set" : text("set, default %@", byDefault);
         columns.add({std::string(key), std::string(type),
                      isSet ? singleLine(preferenceText(found->second)) : std::string(byDefault),
-                     isSet ? "set" : "default", std::string(meaning)});
+                     isSet ? whenSet : "default", std::string(meaning)});
         rows.push_back(Value::Map{{"key", key},
                                   {"type", type},
                                   {"default", byDefault},

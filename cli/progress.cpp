@@ -4,13 +4,19 @@
 #include <chrono>
 #include <iostream>
 
-#include "cli/log_lines.h"
+#include "cli/messages.h"
 #include "cli/terminal.h"
+#include "vellicor/platform/text_format.h"
 
 namespace vellicor::cli {
 
-Progress::Progress(std::string what, bool shown) : _what(std::move(what)) {
-    if (shown && errorsGoToTerminal()) _thread = std::thread([this] { run(); });
+Progress::Progress(Messages& messages, std::string_view what) : _what(singleLine(what)) {
+    ProgressWatcher& steps = messages.steps();
+    steps.incrementPosition();
+    if (steps.getCount() > 1)
+        _what += text(", step %ld of %ld", static_cast<std::int64_t>(steps.getPosition()),
+                      static_cast<std::int64_t>(steps.getCount()));
+    if (!messages.quiet() && errorsGoToTerminal()) _thread = std::thread([this] { run(); });
 }
 
 Progress::~Progress() {
@@ -29,7 +35,7 @@ void Progress::run() {
     std::unique_lock lock(_mutex);
     int seconds = 0;
     while (!_wake.wait_for(lock, 1s, [this] { return _over; }))
-        std::cerr << kClearLine << "vellicor: " << singleLine(_what) << ", " << ++seconds << " s" << std::flush;
+        std::cerr << kClearLine << "vellicor: " << _what << ", " << ++seconds << " s" << std::flush;
     if (seconds > 0) std::cerr << kClearLine << std::flush;
 }
 

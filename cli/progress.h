@@ -4,16 +4,19 @@
 #include <condition_variable>
 #include <mutex>
 #include <string>
+#include <string_view>
 #include <thread>
 
 namespace vellicor::cli {
 
-/// While it lives, one line on standard error tells what is being done and for how long; only on a terminal, and only
-/// after a second. The line is gone when this is gone.
+class Messages;
+
+/// The next step of a run. While it lives, one line on standard error tells what is being done, which of the run's
+/// steps that is, and for how long; only on a terminal, and only after a second. The line is gone when this is gone.
 class Progress {
 public:
-    /// `shown` false does nothing at all.
-    Progress(std::string what, bool shown);
+    /// Nothing is shown when the messages are quiet.
+    Progress(Messages& messages, std::string_view what);
     ~Progress();
     Progress(const Progress&) = delete;
     Progress& operator=(const Progress&) = delete;

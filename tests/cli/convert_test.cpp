@@ -72,6 +72,22 @@ TEST(Convert, TheFormFollowsTheExtensionOrTheFlag) {
     EXPECT_EQ(part.find("objects")->asList()->size(), 2u);  // the table, and a remark on the canvas
 }
 
+TEST(Convert, TellsMachinesWhatItDid) {
+    ToolRun tool;
+    constexpr const char* kDamaged = R"(<SQLContainer><SQLTable><name>t</name><SQLField><name>a</name>
+<referenceDependentField><![CDATA[x]]>referenceDependentField></SQLField></SQLTable></SQLContainer>)";
+    const Outcome outcome = tool({"convert", "-", "-o", "x.md", "--json", "-v"}, kDamaged);
+    const Value result = valueFromJson(outcome.out);
+    EXPECT_EQ(*result.find("form"), Value("markdown"));
+    EXPECT_EQ(*result.find("output"), Value("x.md"));
+    const Value::List& events = *result.find("events")->asList();
+    ASSERT_EQ(events.size(), 3u);  // the failure, the repair, what the tool says of it
+    std::string lines;
+    for (const Value& event : events)
+        lines += "vellicor: " + *event.find("level")->asText() + ": " + *event.find("text")->asText() + "\n";
+    EXPECT_EQ(outcome.err, lines) << "the same events, for people";
+}
+
 TEST(Convert, MarkdownMeansWhatTheNamesSay) {
     const std::string text = converted(ToolRun(), "markdown");
     EXPECT_THAT(text, HasSubstr("\n### a \\| \\<c\\> \\\\ {e}; \\#f \\& %%g\n\n\\# first<br>\\*second\\* \\| third\n"));

@@ -4,6 +4,7 @@
 
 #include "tests/cli/tool_run.h"
 #include "vellicor/platform/json.h"
+#include "vellicor/platform/known_preferences.h"
 #include "vellicor/platform/text.h"
 
 namespace vellicor {
@@ -243,7 +244,21 @@ TEST(ToolExport, TellsMachinesWhatItDid) {
     EXPECT_EQ(*repaired.find("recovered"), Value::boolean(true));
     EXPECT_THAT(*repaired.find("text")->asText(), HasSubstr("CREATE TABLE t"));
     EXPECT_TRUE(repaired.find("output")->isNull());
-    EXPECT_EQ(repaired.find("events")->asList()->size(), 3u);  // the failure, the repair, what the tool says of it
+    std::vector<std::string> events;
+    for (const Value& event : *repaired.find("events")->asList())
+        events.push_back(*event.find("level")->asText() + ": " + *event.find("text")->asText());
+    EXPECT_THAT(events, ElementsAre("note: Loaded Plugins:", StartsWith("warning: Error occurred during parsing :"),
+                                    "note: [NOTE] Found 1 occurances of broken referenceDependentField and fixed them",
+                                    StartsWith("warning: standard input is damaged")));
+}
+
+TEST(ToolExport, CountsItsStepsOnATerminal) {
+    ToolRun tool;
+    const std::string line = "(sleep 2; cat '" + kShop + "') | '" VELLICOR_TOOL "' export - -o out.sql";
+    const std::string shown =
+        tool.run("env", {"TERM=xterm", "SHELL=/bin/sh", "script", "-qec", line, "/dev/null"}).out;
+    EXPECT_THAT(shown, StartsWith("\r\033[Kvellicor: reading standard input, step 1 of 2, 1 s"));
+    EXPECT_THAT(shown, ::testing::EndsWith("\r\033[K")) << "the line goes away";
 }
 
 TEST(Tool, WarningsGoToStandardErrorUnlessQuietAndNotesOnlyWhenVerbose) {
@@ -347,8 +362,29 @@ TEST(ToolPrefs, KeepsPreferencesInAPropertyList) {
     EXPECT_EQ(value("IncludeTitleHeaderInExport"), "false\n");
     EXPECT_THAT(tool({"prefs", "list"}).out,
                 AllOf(HasSubstr("exportObjectSortOrder "), HasSubstr("not a preference of the library")));
+
+    // Every preference with its type, default and meaning, for people and for machines.
+    const std::string lines = "\n" + tool({"prefs", "list", "--config", "other.plist"}).out;
     const Value list = valueFromJson(tool({"prefs", "list", "--json", "--config", "other.plist"}).out);
-    EXPECT_GT(list.find("preferences")->asList()->size(), 40u);
+    const Value::List& rows = *list.find("preferences")->asList();
+    ASSERT_EQ(rows.size(), knownPreferences().size() + 1);
+    for (std::size_t i = 0; i < knownPreferences().size(); ++i) {
+        const KnownPreference& known = knownPreferences()[i];
+        const bool isSet = known.key == "sybaseUseGo";
+        const std::string byDefault(known.key == "runnableScripts" ? "true" : preferenceDefault(known.type));
+        EXPECT_EQ(*rows[i].find("key"), Value(known.key));
+        EXPECT_EQ(*rows[i].find("type"), Value(preferenceTypeName(known.type))) << known.key;
+        EXPECT_EQ(*rows[i].find("default"), Value(byDefault)) << known.key;
+        EXPECT_EQ(*rows[i].find("value"), isSet ? Value::boolean(true) : Value()) << known.key;
+        EXPECT_EQ(*rows[i].find("meaning"), Value(known.meaning)) << known.key;
+        const std::size_t start = lines.find("\n" + std::string(known.key) + " ") + 1;
+        ASSERT_NE(start, 0u) << known.key;
+        EXPECT_THAT(lines.substr(start, lines.find('\n', start) - start),
+                    AllOf(HasSubstr(std::string(preferenceTypeName(known.type)) + " "),
+                          HasSubstr(isSet ? "  true   set, default false  " : "  " + byDefault + " "),
+                          ::testing::EndsWith(known.meaning)));
+    }
+    EXPECT_EQ(*rows.back().find("key"), Value("mine"));
 }
 
 TEST(ToolHelp, ExplainsEveryCommandAndOption) {
