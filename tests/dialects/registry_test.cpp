@@ -2,11 +2,14 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <stdexcept>
+
 #include "tests/support/log_capture.h"
 #include "tests/support/temp_folder.h"
 #include "vellicor/dialects/sql_dialect_manager.h"
 #include "vellicor/export/generic_exporter.h"
 #include "vellicor/model/exporter_source.h"
+#include "vellicor/plugins/plugin_manager.h"
 
 namespace vellicor {
 namespace {
@@ -44,6 +47,8 @@ TEST(Registry, RecordsMadeByHand) {
     auto record = ExportDialect::dialectWithName("mine", "Some.Driver", nullptr);
     EXPECT_THAT(log.lines(), ElementsAre("SQLExporter requested ((null)) not available"));
     EXPECT_EQ(record->getExporter()->getName(), "Generic SQL");
+    EXPECT_THAT(record->description(),
+                ::testing::MatchesRegex("<ExportDialect: 0x[0-9a-f]+> .exporter = Generic SQL; name = mine;."));
     EXPECT_FALSE(record->exporterSupportsDriver("Some.Driver")) << "given drivers are kept as written, asked ones lowered";
     record->addDriverClassPath("Some.Driver");
     EXPECT_TRUE(record->exporterSupportsDriver("SOME.driver"));
@@ -58,6 +63,23 @@ TEST(Registry, ADriverListFileAddsNothing) {
         "<string>GenericSQLExporter</string><key>jdbcDriver</key><array><string>d</string></array></dict></array></plist>"));
     manager().loadDriverListFromPath(folder.path() / "missing");
     EXPECT_EQ(manager().exporterList().size(), before);
+}
+
+TEST(Registry, APluginThatFailsLeavesTheRegistrysOwnAnswers) {
+    struct Failing : SQLPlugin {
+        bool initPlugin(QVVersionedPluginLoader&) override { return true; }
+        std::optional<bool> canExportType(std::string_view type) override { return type == "failing"; }
+        std::optional<std::variant<std::shared_ptr<SQLExportDialect>, Exporters>> exporter() override {
+            throw std::runtime_error("no licence");
+        }
+    };
+    SQLPluginManager::sharedPluginManager().registerPluginFromInstance(std::make_shared<Failing>(), {});
+    auto& front = SQLDialectManager::sharedDialectManager();
+    const LogCapture log;
+    EXPECT_EQ(exporterNamedWithPlugins("failing")->getName(), "Generic SQL");
+    EXPECT_EQ(front.exportFileTypeForDialect("failing"), "sql");
+    EXPECT_EQ(front.validFileNameForDialect("failing", "shop", false, nullptr), "shop");
+    EXPECT_THAT(log.lines(), ElementsAre("plugin failed: no licence", "export plugin ignores validFileNameFromName:"));
 }
 
 TEST(Registry, FileNamesAndMenus) {

@@ -9,6 +9,7 @@
 #include <set>
 #include <thread>
 
+#include "tests/support/decimal_comma.h"
 #include "tests/support/log_capture.h"
 #include "tests/support/scoped_preference.h"
 #include "tests/support/temp_folder.h"
@@ -18,8 +19,10 @@
 #include "vellicor/platform/log.h"
 #include "vellicor/platform/main_thread.h"
 #include "vellicor/platform/notifications.h"
+#include "vellicor/platform/numbers.h"
 #include "vellicor/platform/observing.h"
 #include "vellicor/platform/preferences.h"
+#include "vellicor/platform/property_list.h"
 #include "vellicor/platform/regular_expression.h"
 #include "vellicor/platform/undo.h"
 #include "vellicor/platform/uuid.h"
@@ -425,6 +428,23 @@ TEST(Color, IsWrittenInSRGBWithSixDigits) {
     EXPECT_EQ(Color::sRGB(0.117647, 1.0 / 3, 0.00001, 0.8).string(), "{0.117647,0.333333,1e-05,0.8,sRGBColorSpace}");
     EXPECT_EQ(Color::colorWithString("{0.1,0.59,0.27}").string(), "{0.1,0.59,0.27,1,sRGBColorSpace}");
     EXPECT_EQ(Color::colorWithString("{1,1,1,1}").convertedToSRGB(), Color::sRGB(1, 1, 1));
+}
+
+TEST(Color, TheTextFormIsTheSameWhereNumbersHaveAComma) {
+    const testing::DecimalComma comma;
+    if (!comma.works()) GTEST_SKIP() << "no locale with a decimal comma";
+    const std::string form = "{0.5,0.25,1,0.125,sRGBColorSpace}";
+    EXPECT_EQ(Color::sRGB(0.5, 0.25, 1, 0.125).string(), form);
+    EXPECT_EQ(Color::colorWithString(form), Color::sRGB(0.5, 0.25, 1, 0.125));
+    EXPECT_EQ(Color::colorWithString("0,5 0,25").string(), "{0,5,0,25,sRGBColorSpace}") << "a comma only separates";
+
+    // What colours and preferences are stored in.
+    EXPECT_EQ(doubleValue("0.5,7"), 0.5);
+    EXPECT_EQ(fixedText(12.5, 6), "12.500000");
+    std::string error;
+    const std::string list = propertyListText(Value::real(0.5), error).value_or(error);
+    EXPECT_THAT(list, HasSubstr("<real>0.5"));
+    EXPECT_EQ(valueFromPropertyList(list, error), Value::real(0.5));
 }
 
 TEST(Fonts, EveryNamedFontWithASizeExistsAndHasABoldVariant) {

@@ -19,6 +19,7 @@ namespace fs = std::filesystem;
 using ::testing::Contains;
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
+using ::testing::SizeIs;
 using testing::LogCapture;
 using testing::ScopedEnvironment;
 using testing::ScopedPreference;
@@ -34,12 +35,13 @@ protected:
         fs::copy(VELLICOR_EXAMPLE_PLUGIN, folder() / "StandardSQL.bundle", fs::copy_options::recursive);
     }
     fs::path folder() const { return files.path() / kPlugins; }
-    void writeInfo(const std::string& identifier, const std::string& principalClass) const {
+    void writeInfo(const std::string& identifier, const std::string& principalClass,
+                   const std::string& version = "2") const {
         files.write(std::string(kPlugins) + "/StandardSQL.bundle/Contents/Info.plist",
                     "<plist version=\"1.0\"><dict><key>CFBundleIdentifier</key><string>" + identifier +
-                        "</string><key>CFBundleVersion</key><string>2</string><key>CFBundleExecutable</key>"
-                        "<string>StandardSQL.so</string><key>NSPrincipalClass</key><string>" + principalClass +
-                        "</string></dict></plist>");
+                        "</string><key>CFBundleVersion</key><string>" + version +
+                        "</string><key>CFBundleExecutable</key><string>StandardSQL.so</string>"
+                        "<key>NSPrincipalClass</key><string>" + principalClass + "</string></dict></plist>");
     }
 
     TempFolder files;
@@ -83,6 +85,19 @@ TEST_F(ExamplePlugin, AddsADialectThatDocumentsCanUse) {
     EXPECT_THAT(document->exportToSQL(*exporter), ::testing::StartsWith("/* Vellicor (Standard SQL)*/\n"));
 }
 
+TEST_F(ExamplePlugin, OfTwoVersionsInTwoFoldersTheHigherIsLoaded) {
+    writeInfo("p", "StandardSQLPlugin", "1.10");
+    const TempFolder others;
+    fs::create_directories(others.path() / kPlugins);
+    fs::copy(folder(), others.path() / kPlugins, fs::copy_options::recursive);
+    writeInfo("p", "StandardSQLPlugin", "1.9");
+    const ScopedEnvironment system("XDG_DATA_DIRS", others.path().string());
+    SQLPluginManager manager;
+    manager.loadPlugins();
+    EXPECT_THAT(manager.pluginList(), SizeIs(1));
+    EXPECT_THAT(log.lines(), ElementsAre("Loaded Plugins: p 1.9"));
+}
+
 TEST_F(ExamplePlugin, ItsPrincipalClassIsFoundByName) {
     writeInfo("renamed", "NoSuchClass");
     SQLPluginManager manager;
@@ -92,7 +107,8 @@ TEST_F(ExamplePlugin, ItsPrincipalClassIsFoundByName) {
     manager.loadPlugins();
     EXPECT_THAT(manager.supportedExportTypes(true), ElementsAre("Standard SQL"));
     EXPECT_THAT(log.lines(),
-                ElementsAre("unable to load plugin [renamed] - invalid principle class", "Loaded Plugins: renamed 2"));
+                ElementsAre("unable to load plugin [renamed] - invalid principle class", "Loaded Plugins: ",
+                            "Loaded Plugins: renamed 2"));
 }
 
 }  // namespace

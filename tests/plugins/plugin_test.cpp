@@ -111,10 +111,11 @@ TEST_F(PluginLoading, BundlesWithoutIdentifierOrVersionCostOneLineEach) {
     files.write("a/5.bundle/Info.plist", "<plist version=\"1.0\"><array/></plist>");
     files.write("a/6.bundle/readme", "");
     files.write("a/7.bundle", "a file");
-    files.write("a/8.bundle/Info.plist", propertyList(identified("good") + std::string(kScript)));
+    files.write("a/8.bundle/Info.plist/readme", "no property list, but a folder");
+    files.write("a/9.bundle/Info.plist", propertyList(identified("good") + std::string(kScript)));
     loader.loadPlugins();
     std::vector<std::string> expected;
-    for (int i = 0; i < 8; ++i)
+    for (int i = 0; i < 9; ++i)
         expected.push_back("found invalid information in info.plist (Bundle <" + files.path().string() + "/a/" +
                            std::to_string(i) + ".bundle>)");
     expected.push_back("Loaded Plugins: good 1 JS");
@@ -165,18 +166,20 @@ TEST_F(PluginLoading, SearchesTheProgramsFolderThenEachLibraryFolderOnce) {
     EXPECT_EQ(loader.pluginDirectoryList()[3], "/usr/share" + tail);
 }
 
-TEST_F(PluginLoading, WithoutAnyPluginNothingIsSaid) {
-    loader.loadPlugins();
-    EXPECT_THAT(log.lines(), IsEmpty());
-    loader.reportLoadedPlugins();
-    EXPECT_THAT(log.lines(), ElementsAre("Loaded Plugins: "));
-}
-
 TEST_F(PluginLoading, AScriptPluginNeedsItsClass) {
     files.write("a/s.bundle/Info.plist", propertyList(identified("org.example.s") + std::string(kScript)));
     loader.loadPlugins();
-    EXPECT_THAT(log.lines(), ElementsAre("Javascript Vellicor plugins cannot be loaded on this system org.example.s"));
+    const std::string cannot = "Javascript Vellicor plugins cannot be loaded on this system org.example.s";
+    EXPECT_THAT(log.lines(), ElementsAre(cannot, "Loaded Plugins: ")) << "the report comes without any plug-in, too";
     EXPECT_THAT(loader.pluginList(), IsEmpty());
+
+    struct Choosy : ScriptPlugin {
+        void setBundle(std::string_view) override { throw std::runtime_error("no such script"); }
+    };
+    const RegisteredClass<Choosy> scripts(classNames::scriptPlugin);
+    const LogCapture again;
+    loader.loadBestChoicePlugins();
+    EXPECT_THAT(again.lines(), ElementsAre("plugin failed: no such script", cannot));
 }
 
 struct SilentPlugin : SQLPlugin {};

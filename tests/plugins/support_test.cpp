@@ -1,11 +1,13 @@
 // tests/plugins/support_test.cpp — the support folder and colours among the preferences.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <unistd.h>
 
 #include "tests/support/log_capture.h"
 #include "tests/support/scoped_environment.h"
 #include "tests/support/scoped_preference.h"
 #include "tests/support/temp_folder.h"
+#include "vellicor/platform/exception.h"
 #include "vellicor/platform/preferences.h"
 #include "vellicor/plugins/file_system_manager.h"
 #include "vellicor/plugins/prefs.h"
@@ -51,12 +53,32 @@ TEST(SupportFolder, TheUserIsToldWhenItCannotBeMade) {
     manager.setAlertHandler(std::move(previous));
 }
 
+TEST(SupportFolder, AUserWithoutAnyFolderHasNone) {
+    if (::getuid() != 0) GTEST_SKIP() << "only a privileged user can become one who is not known";
+    const ScopedEnvironment home("HOME", std::nullopt), data("XDG_DATA_HOME", std::nullopt);
+    EXPECT_EXIT(
+        {
+            if (::setuid(1'999'999'999) != 0) ::_exit(1);
+            try {
+                static_cast<void>(QVFileSystemManager::sharedManager().applicationSupportDirectoryPath());
+            } catch (const SQLException& exception) {
+                const bool told = exception.name() == "ApplicationSupportDirectoryFail" &&
+                                  exception.reason() == "Could not identify application support directory";
+                ::_exit(told ? 0 : 2);
+            }
+            ::_exit(3);
+        },
+        ::testing::ExitedWithCode(0), "");
+}
+
 TEST(SupportFolder, AnOpenPanelStartsInAFolder) {
     const TempFolder files;
     const std::string file = files.write("design/shop.xml", "").string();
     const std::string folder = (files.path() / "design").string();
     Preferences& preferences = Preferences::shared();
     const ScopedEnvironment home("HOME", files.path().string());
+    const fs::path before = fs::current_path();
+    fs::current_path(folder);
     const struct {
         std::string stored, expected;
         std::vector<std::string> logged;
@@ -64,6 +86,7 @@ TEST(SupportFolder, AnOpenPanelStartsInAFolder) {
         {file, folder, {}},
         {folder, folder, {}},
         {"~/design/shop.xml", folder, {}},
+        {"shop.xml", folder, {}},
         {folder + "/gone", folder + "/gone", {"invalid get getResourceValue No such file or directory"}},
         {"", "", {}},
     };
@@ -74,6 +97,7 @@ TEST(SupportFolder, AnOpenPanelStartsInAFolder) {
         EXPECT_EQ(preferences.stringForKey("NSNavLastRootDirectory"), row.expected);
         EXPECT_EQ(log.lines(), row.logged);
     }
+    fs::current_path(before);
     QVFileSystemManager::fixOpenPanelNavDirectory();
     EXPECT_EQ(preferences.objectForKey("NSNavLastRootDirectory"), std::nullopt);
     const ScopedPreference off("disableNavigationPanelFix"), stored("NSNavLastRootDirectory", file);

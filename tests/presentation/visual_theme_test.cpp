@@ -128,6 +128,14 @@ TEST_F(Theme, DamagedFilesLeaveTheDefaults) {
         theme->resetColors();
         EXPECT_TRUE(theme->loadStoredData()) << "writing makes the file whole";
     }
+    fs::remove(file("light.theme"));
+    {
+        const LogCapture reading;
+        fs::create_directory(file("light.theme"));
+        EXPECT_EQ(form(create<QVVisualThemeLight>()->gridColor()), "{0,0,0,1,sRGBColorSpace}");
+        EXPECT_THAT(reading.lines(), ElementsAre("error reading stored data Is a directory"));
+        fs::remove(file("light.theme"));
+    }
     files.write("Vellicor/styles/light.theme", "");
     EXPECT_FALSE(create<QVVisualThemeLight>()->loadStoredData());
     EXPECT_THAT(log.lines(), IsEmpty()) << "an empty file is like none";

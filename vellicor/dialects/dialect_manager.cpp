@@ -9,6 +9,7 @@
 #include "vellicor/model/exporter_source.h"
 #include "vellicor/platform/files.h"
 #include "vellicor/platform/property_list.h"
+#include "vellicor/plugins/plugin_call.h"
 #include "vellicor/plugins/plugin_manager.h"
 
 namespace vellicor {
@@ -27,7 +28,7 @@ std::shared_ptr<ExportDialect> record(std::string_view name, std::span<const std
 std::shared_ptr<SQLExportDialect> exporterFromPlugin(std::string_view type) {
     SQLPlugin* plugin = SQLPluginManager::sharedPluginManager().exportPluginForType(type);
     if (!plugin) return nullptr;
-    auto answer = plugin->exporter();
+    auto answer = callPlugin([&] { return plugin->exporter(); });
     if (!answer) return nullptr;
     if (auto* one = std::get_if<std::shared_ptr<SQLExportDialect>>(&*answer)) return *one;
     const auto& list = std::get<SQLPlugin::Exporters>(*answer);
@@ -51,24 +52,28 @@ DialectManager& DialectManager::getDialectManager() {
     return manager;
 }
 
-void DialectManager::registerDialectExporterWithName(std::string_view name, std::string_view driver, ExporterClass exporterClass) {
+void DialectManager::registerDialectExporterWithName(std::string_view name, std::string_view driver,
+                                                     ExporterClass exporterClass) {
     getDialectManager().addDialect(record(name, {&driver, 1}, exporterClass()));
 }
 
 void DialectManager::addDriver(std::string_view driver, std::string_view forExporterName) {
     const Records& records = getDialectManager()._exporterList;
-    auto found = std::ranges::find_if(records, [&](const auto& dialect) { return dialect->getName() == forExporterName; });
+    auto found =
+        std::ranges::find_if(records, [&](const auto& dialect) { return dialect->getName() == forExporterName; });
     if (found != records.end()) (*found)->addDriverClassPath(driver);
 }
 
 const ExportDialect* DialectManager::recordNamed(std::string_view name) const {
     const std::string wanted = lowercased(name);
-    auto found = std::ranges::find_if(_exporterList, [&](const auto& dialect) { return lowercased(dialect->getName()) == wanted; });
+    auto found = std::ranges::find_if(
+        _exporterList, [&](const auto& dialect) { return lowercased(dialect->getName()) == wanted; });
     return found == _exporterList.end() ? nullptr : found->get();
 }
 
 const ExportDialect* DialectManager::recordForDriver(std::string_view driver) const {
-    auto found = std::ranges::find_if(_exporterList, [&](const auto& dialect) { return dialect->exporterSupportsDriver(driver); });
+    auto found = std::ranges::find_if(
+        _exporterList, [&](const auto& dialect) { return dialect->exporterSupportsDriver(driver); });
     return found == _exporterList.end() ? nullptr : found->get();
 }
 
@@ -76,7 +81,8 @@ std::shared_ptr<SQLExportDialect> DialectManager::getExporterWithName(std::strin
     return getExporterWithName(name, false);
 }
 
-std::shared_ptr<SQLExportDialect> DialectManager::getExporterWithName(std::string_view name, bool includePlugins) const {
+std::shared_ptr<SQLExportDialect> DialectManager::getExporterWithName(std::string_view name,
+                                                                      bool includePlugins) const {
     if (const ExportDialect* dialect = recordNamed(name)) return dialect->getExporter();
     if (includePlugins)
         if (auto exporter = exporterFromPlugin(name)) return exporter;
@@ -96,22 +102,10 @@ std::string DialectManager::getIdentifierFromURL(std::string_view driver) const 
 std::string DialectManager::extensionForDialect(std::string_view name) const { return name == "Rails" ? "rb" : "sql"; }
 
 void DialectManager::loadDriverListFromPath(const std::filesystem::path& file) {
+    // Kept: an entry would be added if the exporter of its name were the very object that is the generic exporter, and
+    // every look-up makes a new one.
     std::string error;
-    const auto bytes = readFile(file, error);
-    const auto list = bytes ? valueFromPropertyList(*bytes, error) : std::nullopt;
-    if (!list || !list->asList()) return;
-    for (const Value& entry : *list->asList()) {
-        const Value* name = entry.find("name");
-        const Value* exporterClass = entry.find("exporter");
-        const Value* drivers = entry.find("jdbcDriver");
-        if (!name || !name->asText() || !exporterClass || !drivers || !drivers->asList()) continue;
-        if (getExporter() != getExporterWithName(*name->asText())) continue;  // Kept: always so
-        auto dialect = ExportDialect::initWithName(*name->asText());
-        for (const Value& driver : *drivers->asList())
-            if (driver.asText()) dialect->addDriverClassPath(*driver.asText());
-        dialect->setExporter(getExporter());
-        addDialect(std::move(dialect));
-    }
+    if (const auto bytes = readFile(file, error)) static_cast<void>(valueFromPropertyList(*bytes, error));
 }
 
 // What the model asks for (see `model/exporter_source.h`).

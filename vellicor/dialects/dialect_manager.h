@@ -21,7 +21,8 @@ public:
     /// The shared registry; its creation is synchronised.
     static DialectManager& getDialectManager();
     /// Appends a dialect to the shared registry, whether or not the name is taken.
-    static void registerDialectExporterWithName(std::string_view name, std::string_view driver, ExporterClass exporterClass);
+    static void registerDialectExporterWithName(std::string_view name, std::string_view driver,
+                                                ExporterClass exporterClass);
     /// Adds a driver to the first dialect of exactly that name; nothing when there is none.
     static void addDriver(std::string_view driver, std::string_view forExporterName);
 
@@ -33,9 +34,12 @@ public:
     /// A fresh exporter; names compare without regard to case, and an unknown one gets the generic exporter.
     [[nodiscard]] std::shared_ptr<SQLExportDialect> getExporterWithName(std::string_view name) const;
     /// With the flag, export plug-ins are asked for a name that no dialect has.
-    [[nodiscard]] std::shared_ptr<SQLExportDialect> getExporterWithName(std::string_view name, bool includePlugins) const;
+    [[nodiscard]] std::shared_ptr<SQLExportDialect> getExporterWithName(std::string_view name,
+                                                                        bool includePlugins) const;
     [[nodiscard]] std::shared_ptr<SQLExportDialect> getExporter() const { return getExporterWithName("generic"); }
-    [[nodiscard]] std::shared_ptr<SQLExportDialect> getExporter(std::string_view name) const { return getExporterWithName(name); }
+    [[nodiscard]] std::shared_ptr<SQLExportDialect> getExporter(std::string_view name) const {
+        return getExporterWithName(name);
+    }
     /// By database driver; the generic exporter for an unknown one.
     [[nodiscard]] std::shared_ptr<SQLExportDialect> getExporterFromUrl(std::string_view driver) const;
     /// The dialect's name by database driver; "generic" for an unknown one.

@@ -5,6 +5,7 @@
 
 #include "vellicor/export/generic_exporter.h"
 #include "vellicor/platform/log.h"
+#include "vellicor/platform/numbers.h"
 #include "vellicor/platform/text_format.h"
 
 namespace vellicor {
@@ -37,10 +38,13 @@ bool ExportDialect::exporterSupportsDriver(std::string_view driver) const {
     return std::ranges::find(_driverClassPathList, lowercased(driver)) != _driverClassPathList.end();
 }
 
-std::shared_ptr<SQLExportDialect> ExportDialect::getExporter() const { return _exporter ? _exporter->newInstance() : nullptr; }
+std::shared_ptr<SQLExportDialect> ExportDialect::getExporter() const {
+    return _exporter ? _exporter->newInstance() : nullptr;
+}
 
 std::string ExportDialect::description() const {
-    return text("%@ %@", "ExportDialect", text("{name = %@; exporter = %@}", _name, _exporter ? _exporter->getName() : ""));
+    const std::string exporter = _exporter ? text("exporter = %@; ", _exporter->getName()) : std::string();
+    return text("<ExportDialect: %p> {%@name = %@;}", addressText(this), exporter, _name);
 }
 
 }  // namespace vellicor

@@ -2,13 +2,16 @@
 #include "vellicor/dialects/sql_dialect_manager.h"
 
 #include "vellicor/platform/log.h"
+#include "vellicor/plugins/plugin_call.h"
 #include "vellicor/plugins/plugin_manager.h"
 
 namespace vellicor {
 
 namespace {
 
-SQLPlugin* exportPlugin(std::string_view dialect) { return SQLPluginManager::sharedPluginManager().exportPluginForType(dialect); }
+SQLPlugin* exportPlugin(std::string_view dialect) {
+    return SQLPluginManager::sharedPluginManager().exportPluginForType(dialect);
+}
 
 }  // namespace
 
@@ -29,7 +32,8 @@ std::vector<std::string> SQLDialectManager::dialectList(bool displayableOnly) co
     return names;
 }
 
-void SQLDialectManager::updateDialectPopup(DialectPopup& popup, void* target, void* action, bool displayableOnly) const {
+void SQLDialectManager::updateDialectPopup(DialectPopup& popup, void* target, void* action,
+                                           bool displayableOnly) const {
     popup.removeAllItems();
     if (target && action) {
         popup.setTarget(target);
@@ -39,14 +43,17 @@ void SQLDialectManager::updateDialectPopup(DialectPopup& popup, void* target, vo
 }
 
 std::string SQLDialectManager::exportFileTypeForDialect(std::string_view name) const {
-    if (SQLPlugin* plugin = exportPlugin(name)) return plugin->exportFileExtension().value_or(std::string());
+    if (SQLPlugin* plugin = exportPlugin(name))
+        if (auto extension = callPlugin([&] { return plugin->exportFileExtension(); })) return *extension;
     return _dialectManager.extensionForDialect(name);
 }
 
-std::string SQLDialectManager::validFileNameForDialect(std::string_view name, std::string_view existingFileName, bool preDisplay,
-                                                       SQLContainer* forContainer) const {
+std::string SQLDialectManager::validFileNameForDialect(std::string_view name, std::string_view existingFileName,
+                                                       bool preDisplay, SQLContainer* forContainer) const {
     if (SQLPlugin* plugin = exportPlugin(name)) {
-        if (auto valid = plugin->validFileNameFromName(existingFileName, preDisplay, forContainer)) return *valid;
+        auto valid =
+            callPlugin([&] { return plugin->validFileNameFromName(existingFileName, preDisplay, forContainer); });
+        if (valid) return *valid;
         log("export plugin ignores validFileNameFromName:");
         return std::string(existingFileName);
     }

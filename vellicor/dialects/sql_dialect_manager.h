@@ -36,10 +36,11 @@ public:
     void updateDialectPopup(DialectPopup& popup) const { updateDialectPopup(popup, nullptr, nullptr, true); }
     /// Target and action are set only when both are given.
     void updateDialectPopup(DialectPopup& popup, void* target, void* action, bool displayableOnly) const;
+    /// The extension that an export plug-in answers, otherwise the registry's.
     [[nodiscard]] std::string exportFileTypeForDialect(std::string_view name) const;
     /// The name that an export plug-in makes of it; without a plug-in, with "-sql" at its end.
-    [[nodiscard]] std::string validFileNameForDialect(std::string_view name, std::string_view existingFileName, bool preDisplay,
-                                                      SQLContainer* forContainer) const;
+    [[nodiscard]] std::string validFileNameForDialect(std::string_view name, std::string_view existingFileName,
+                                                      bool preDisplay, SQLContainer* forContainer) const;
 
 private:
     DialectManager& _dialectManager;

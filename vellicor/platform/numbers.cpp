@@ -105,4 +105,6 @@ std::string numberText(float value) { return generalText(value, 7); }
 
 std::string numberText(double value) { return generalText(value, 16); }
 
+std::string addressText(const void* address) { return fmt::format("{}", address); }
+
 }  // namespace vellicor

@@ -25,5 +25,7 @@ namespace vellicor {
 /// The text form of a number object: "%.7g" for a float, "%.16g" for a double.
 [[nodiscard]] std::string numberText(float value);
 [[nodiscard]] std::string numberText(double value);
+/// "%p": an address as "0x" and hexadecimal digits, for logs.
+[[nodiscard]] std::string addressText(const void* address);
 
 }  // namespace vellicor

@@ -72,7 +72,7 @@ std::optional<std::filesystem::path> QVFileSystemManager::URLWithlastDirectoryFo
         log(text("invalid get getResourceValue %@", error.message()));
         return std::nullopt;
     }
-    return std::filesystem::is_directory(status) ? file : file.parent_path();
+    return std::filesystem::is_directory(status) ? file : std::filesystem::absolute(file, error).parent_path();
 }
 
 void QVFileSystemManager::fixOpenPanelNavDirectory() {

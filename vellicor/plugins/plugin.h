@@ -32,12 +32,15 @@ public:
     [[nodiscard]] virtual std::optional<Texts> supportedExportTypes() { return std::nullopt; }
     [[nodiscard]] virtual std::optional<bool> exportIsUserDisplayable() { return std::nullopt; }
     /// One exporter, or a list of them.
-    [[nodiscard]] virtual std::optional<std::variant<std::shared_ptr<SQLExportDialect>, Exporters>> exporter() { return std::nullopt; }
+    [[nodiscard]] virtual std::optional<std::variant<std::shared_ptr<SQLExportDialect>, Exporters>> exporter() {
+        return std::nullopt;
+    }
     [[nodiscard]] virtual std::optional<bool> canImportData(std::string_view /*data*/) { return std::nullopt; }
     [[nodiscard]] virtual std::optional<bool> canImportType(std::string_view /*type*/) { return std::nullopt; }
     [[nodiscard]] virtual std::optional<bool> canExportType(std::string_view /*type*/) { return std::nullopt; }
     [[nodiscard]] virtual std::optional<std::string> exportFileExtension() { return std::nullopt; }
-    [[nodiscard]] virtual std::optional<std::string> validFileNameFromName(std::string_view /*name*/, bool /*preDisplay*/,
+    [[nodiscard]] virtual std::optional<std::string> validFileNameFromName(std::string_view /*name*/,
+                                                                           bool /*preDisplay*/,
                                                                            SQLContainer* /*forContainer*/) {
         return std::nullopt;
     }

@@ -93,7 +93,7 @@ void QVVersionedPluginLoader::configureDirectoryPaths() {
 void QVVersionedPluginLoader::loadPlugins() {
     for (const std::filesystem::path& folder : _pluginDirectoryList) findPluginsAtPath(folder);
     loadBestChoicePlugins();
-    if (!_pluginList.empty()) reportLoadedPlugins();
+    reportLoadedPlugins();
 }
 
 void QVVersionedPluginLoader::findPluginsAtPath(const std::filesystem::path& path) {
@@ -145,12 +145,15 @@ void QVVersionedPluginLoader::initPlugin(const BundlePtr& bundle) {
     const OptionalText identifier = bundle ? bundle->identifier() : std::nullopt;
     std::shared_ptr<SQLPlugin> instance;
     if (bundle && isJavascriptPlugin(*bundle)) {
-        instance = callPlugin([] { return ClassRegistry::makePlugin(classNames::scriptPlugin); });
+        instance = callPlugin([&] {
+            auto script = ClassRegistry::makePlugin(classNames::scriptPlugin);
+            if (script) script->setBundle(bundle->path().string());
+            return script;
+        });
         if (!instance) {
             log(text("Javascript Vellicor plugins cannot be loaded on this system %@", identifier));
             return;
         }
-        instance->setBundle(bundle->path().string());
     } else {
         if (bundle) instance = callPlugin([&] { return makePrincipal(*bundle); });
         if (!instance) {

@@ -30,7 +30,7 @@ public:
         _pluginDirectoryList = std::move(folders);
     }
 
-    /// Searches all paths, loads the best of each identifier and reports what was loaded, if anything was.
+    /// Searches all paths, loads the best of each identifier and reports what was loaded.
     void loadPlugins();
     /// Adds every bundle below the folder; nothing when it is missing. Bundles and symbolic links are not descended
     /// into, and a link to a bundle counts only when it stays below the folder.

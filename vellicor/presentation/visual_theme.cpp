@@ -144,9 +144,11 @@ std::optional<std::filesystem::path> QVVisualTheme::getStorageFileURL() const {
 bool QVVisualTheme::loadStoredData() {
     const auto file = getStorageFileURL();
     std::string error;
-    const auto bytes = file ? readFile(*file, error) : std::nullopt;
-    if (!bytes || bytes->empty()) return false;
-    const auto list = valueFromPropertyList(*bytes, error);
+    std::error_code ignored;
+    if (!file || !std::filesystem::exists(*file, ignored)) return false;
+    const auto bytes = readFile(*file, error);
+    if (bytes && bytes->empty()) return false;
+    const auto list = bytes ? valueFromPropertyList(*bytes, error) : std::nullopt;
     if (!list || !list->asMap()) {
         log(text("error reading stored data %@", list ? "the property list holds no dictionary" : error));
         return false;

@@ -1,12 +1,12 @@
 // vellicor/util/status_event.cpp — warnings below warnings, and what an event offers the user.
 #include "vellicor/util/status_event.h"
 
-#include <cstdint>
 #include <unordered_set>
 #include <utility>
 
 #include "vellicor/platform/guarded.h"
 #include "vellicor/platform/log.h"
+#include "vellicor/platform/numbers.h"
 #include "vellicor/platform/text_format.h"
 #include "vellicor/util/status_log.h"
 
@@ -18,12 +18,6 @@ namespace {
 Guarded<QVStatusEvent::FileViewer>& currentFileViewer() {
     static auto& viewer = *new Guarded<QVStatusEvent::FileViewer>;
     return viewer;
-}
-
-std::string addressText(const void* address) {
-    char digits[16];
-    const auto end = std::to_chars(digits, digits + sizeof digits, reinterpret_cast<std::uintptr_t>(address), 16).ptr;
-    return "0x" + std::string(digits, end);
 }
 
 }  // namespace
