@@ -172,11 +172,21 @@ TEST(Container, AddingTakesTheObjectOverAndRemovingLetsItGo) {
 TEST(Container, ObjectsOutliveTheirDocument) {
     Document document = SQLContainer::newContainer();
     const auto orders = addTable(document, "orders"), replaced = addTable(document, "replaced");
+    const auto left = addTable(document, "left");
     const auto info = shared(document->documentInfo());
-    document->setObjects({orders});
+    const auto labels = document->objectLabelManager()->shared_from_this();
+    document->setObjectLabelManager(nullptr);
+    EXPECT_EQ(document->objectLabelManager(), labels.get());
+    document->setObjectLabelManager(create<SQLObjectLabelManager>(document.get()));
+    EXPECT_EQ(labels->container(), nullptr);
+    document->setObjects({orders, left});
+    document->setIsTempContainer(true);
+    document->remove(*left);
+    EXPECT_EQ(left->container(), document.get()) << "a scratch document does not take itself away";
     document.reset();
     EXPECT_EQ(orders->container(), nullptr);
     EXPECT_EQ(replaced->container(), nullptr);
+    EXPECT_EQ(left->container(), nullptr);
     EXPECT_EQ(info->container(), nullptr);
 }
 
@@ -325,6 +335,8 @@ TEST(Container, ScratchDocumentsLeaveObjectsWithTheirHolder) {
     EXPECT_EQ(scratch->getObjectByName("sales.customers"), orders.get());
     EXPECT_EQ(scratch->getObjectByName("orders"), nullptr);
     EXPECT_EQ(scratch->getObjectWithUID("L"), loose.get());
+    loose->setProperties({{keys::uid, "M"}});
+    EXPECT_EQ(scratch->getObjectWithUID("M"), loose.get());
     orders->setSchemaName("stock");
     EXPECT_EQ(scratch->getObjectByName("stock.customers"), orders.get());
     EXPECT_TRUE(scratch->isObjectNamePresent("STOCK.Customers"));

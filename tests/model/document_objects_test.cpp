@@ -89,6 +89,7 @@ TEST_F(DocumentInfo, ReadsAndWritesItsElements) {
 
     for (const char* key : {"generator", "generatorVersion", "uid"}) info.removeProperty(key);
     info.setEncodedPrintInfo("AAA=");
+    EXPECT_EQ(*Value(info.jsonDictionary()).find("encodedPrintInfo"), Value("AAA="));
     EXPECT_EQ(info.exportToXML(), R"(<SQLDocumentInfo>
     <encodedPrintInfo><![CDATA[AAA=]]></encodedPrintInfo>
     <documentScaleFactor><![CDATA[1.5]]></documentScaleFactor>

@@ -16,6 +16,7 @@ namespace {
 using testing::LogCapture;
 using testing::ScopedPreference;
 using ::testing::ElementsAre;
+using ::testing::EndsWith;
 using ::testing::IsEmpty;
 
 /// Writes down what it is told: "<key" before a change, "key>" after it.
@@ -150,6 +151,11 @@ TEST_F(Index, FindsItsColumnsAfterReading) {
     ordered->insertFieldName("ghost", -1);
     ordered->postLoadProcess();
     EXPECT_THAT(ordered->getFieldNameList(), ElementsAre("c", "a", "b"));
+    auto sparse = read({"b"});
+    sparse->insertFieldName("a", 5);
+    sparse->insertFieldName("c", 3);
+    sparse->postLoadProcess();
+    EXPECT_THAT(sparse->getFieldNameList(), ElementsAre("b", "c", "a")) << "positions past the end leave gaps";
 }
 
 TEST_F(Index, OfOneColumnMayBecomeAFlagOfTheColumn) {
@@ -226,6 +232,14 @@ TEST_F(Index, IsWrittenAndCopiedWithItsColumns) {
         EXPECT_THAT(copied.fieldList(), ElementsAre(copy->getFieldByName("a"), copy->getFieldByName("b")));
         EXPECT_THAT(copied.getFieldNameListWithPrefixes(true), ElementsAre("a", "b(10)"));
     }
+
+    index.addIndexField(column("b"));
+    const Value twice(index.jsonDictionary());
+    EXPECT_EQ(*twice.find("indexEntryList")->asList()->at(2).find("prefixSize"), Value("10")) << "that of the column";
+    EXPECT_THAT(index.exportToXML(), EndsWith("<prefixSize><![CDATA[10]]></prefixSize>\n"
+                                              "        <fieldUid><![CDATA[B]]></fieldUid>\n    </SQLIndexEntry>\n"
+                                              "    <indexType><![CDATA[UNIQUE]]></indexType>\n"
+                                              "    <uid><![CDATA[I]]></uid>\n</SQLIndex>\n"));
 }
 
 TEST_F(Index, HasALabel) {

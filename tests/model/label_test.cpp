@@ -115,6 +115,10 @@ TEST_F(LabelManager, FindsByNameAndColourAsTheyAre) {
     other->objectLabelManager()->loadLabelsFromManager(manager);
     EXPECT_EQ(other->objectLabelManager()->labelList().size(), 3u);
     EXPECT_FALSE(undo->canUndo());
+    const auto table = add("t");
+    table->setLabel(red);
+    red->setIsHidden(true);
+    EXPECT_TRUE(copyOf(*document)->objectLabelManager()->labelWithUid("R")->isHidden());
     manager.removeAllLabels();
     EXPECT_TRUE(manager.labelList().empty());
 }
@@ -136,6 +140,13 @@ TEST_F(LabelManager, TablesGetTheLabelTheyName) {
     EXPECT_NE(third->label(), first->label());
     EXPECT_EQ(manager.labelList().size(), 2u);
     EXPECT_EQ(first->getProperty(keys::labelUid), first->label()->uid());
+    const auto saved = add("s");
+    saved->setProperty(keys::labelName, "saved");
+    saved->setProperty(keys::labelUid, "S");
+    manager.createLabelFromObjectIfRequired(*saved);
+    EXPECT_EQ(saved->label()->uid(), "S");
+    EXPECT_EQ(group(saved->label().get()), "s");
+    EXPECT_EQ(manager.objectCountByLabel().size(), 4u) << "three labels, and the objects without one";
 
     const auto plain = add("plain");
     EXPECT_EQ(manager.labelColorForObject(*first), kRed);

@@ -8,6 +8,7 @@
 #include "vellicor/model/iterator.h"
 #include "vellicor/model/label.h"
 #include "vellicor/model/object_peer.h"
+#include "vellicor/model/table_component.h"
 #include "vellicor/model/value_objects.h"
 #include "vellicor/platform/exception.h"
 #include "vellicor/platform/json.h"
@@ -174,7 +175,7 @@ TEST(PropertyDictionary, AnnouncesEachChangeAroundTheHooks) {
     auto other = create<SQLObject>();
     other->setProperty("key", PropertyValue::integer(5));
     object->setProperties({{"x", "y"}});
-    object->properties()->addEntriesFromPropertyDictionary(*other->properties());
+    object->properties()->addEntriesFromDictionary(*other->properties());
     EXPECT_THAT(object->events, IsEmpty());
     EXPECT_EQ(object->uid(), other->uid());
     EXPECT_EQ(object->getProperty("key"), "5");
@@ -221,7 +222,7 @@ TEST(ObjectUndo, OnlyWhatIsUndoableIsRegistered) {
     EXPECT_EQ(object->getName(), "orders");
 }
 
-TEST(ObjectUndo, GoesThroughTheHolderOnTheMainThreadIfAtAll) {
+TEST(ObjectUndo, GoesThroughTheHolderIfAtAll) {
     struct WithoutUndo : SQLObject {
         bool supportsUndo() const override { return false; }
     };
@@ -235,10 +236,20 @@ TEST(ObjectUndo, GoesThroughTheHolderOnTheMainThreadIfAtAll) {
         object->setContainer(holder.get());
         EXPECT_EQ(object->undoManager(), supports ? holder->undoManager() : nullptr);
     }
+}
+
+TEST(ObjectUndo, AnotherThreadRegistersNothingEvenWhenItIsTheFirstToChangeSomething) {
+    auto undo = std::make_shared<StandardUndoManager>();
     auto object = create<SQLObject>();
-    object->setUndoManager(std::make_shared<StandardUndoManager>());
-    std::thread([&] { object->setName("elsewhere"); }).join();
-    EXPECT_FALSE(static_cast<StandardUndoManager*>(object->undoManager())->canUndo());
+    object->setUndoManager(undo);
+    std::thread([&] {
+        object->setName("elsewhere");
+        object->setUndoableProperty("key", "1");
+        object->setProperty("hidden", "1");
+    }).join();
+    EXPECT_FALSE(undo->canUndo());
+    object->setName("here");
+    EXPECT_TRUE(undo->canUndo());
 }
 
 TEST(ObjectLabel, LeavesItsTextsInTheProperties) {
@@ -441,6 +452,14 @@ TEST(ObjectCopy, HasEverythingButTheHolder) {
     EXPECT_EQ(sorted(*copy), sorted(*object));
     EXPECT_EQ(copy->frame(), object->frame());
     EXPECT_EQ(copy->container(), nullptr);
+}
+
+TEST(ObjectCopy, NamesAreNotUnquotedOnceMore) {
+    auto component = create<SQLTableComponent>();
+    EXPECT_EQ(copyOf(*component)->name(), std::nullopt);
+    component->setName(R"("a\"b")");
+    EXPECT_EQ(component->getName(), R"(a"b)");
+    EXPECT_EQ(copyOf(*component)->getName(), R"(a"b)");
 }
 
 TEST(SchemaNames, SplitAtUnquotedDots) {

@@ -106,6 +106,20 @@ TEST(Table, UndoesNameAndSchemaTogether) {
     EXPECT_EQ(undo->undoActionName(), "set object name");
 }
 
+TEST(Table, UndoesNamesWithQuotesInThem) {
+    auto undo = std::make_shared<StandardUndoManager>();
+    auto table = tableWithColumns("t", {"\"a 'b'\""});
+    table->setBaseName("\"it's\"");
+    table->setSchemaName("\"the firm's\"");
+    table->setUndoManager(undo);
+    undo->beginUndoGrouping();
+    table->setName("items");
+    table->getField(0)->setName("b");
+    undo->endUndoGrouping();
+    undo->undo();
+    EXPECT_EQ(table->getName() + "|" + table->getField(0)->getName(), "the firm's.it's|a 'b'");
+}
+
 TEST(Table, ProposesFreeNamesInItsDocument) {
     auto document = SQLContainer::newContainer();
     auto orders = SQLTable::tableWithName("sales.orders"), other = SQLTable::tableWithName("items");
@@ -422,6 +436,9 @@ TEST(Table, WritesItselfAndIsReadByName) {
     const Value::Map json = table->jsonDictionary();
     EXPECT_EQ(json.at("name"), Value("orders"));
     EXPECT_EQ(json.at("fullyQualifiedName"), Value("s.orders"));
+    EXPECT_EQ(json.at("schema"), Value("s"));
+    EXPECT_EQ(SQLTable::tableWithName("t")->jsonDictionary().at("schema"), Value("")) << "set, though empty";
+    EXPECT_FALSE(SQLTable::table()->jsonDictionary().contains("schema"));
     EXPECT_EQ(json.at("fields").asList()->size(), 1u);
     EXPECT_EQ(json.at("indexes").asList()->size(), 0u);
 

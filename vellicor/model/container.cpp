@@ -28,6 +28,12 @@ namespace {
              object ? OptionalText(object->description()) : std::nullopt));
 }
 
+/// Whatever outlives the document, or leaves it, must not point to it any more.
+template <class Part>
+void detach(Part* part, const SQLContainer& document) {
+    if (part && part->container() == &document) part->setContainer(nullptr);
+}
+
 }  // namespace
 
 /// Hears of the new names and uids of objects that report to another holder.
@@ -50,12 +56,12 @@ public:
     }
     void didChangeValue(const void* object, std::string_view key) override {
         auto stale = const_cast<SQLContainer&>(_container)._staleKeys.lock();
-        (key == "properties" ? stale->uids : stale->names).insert(static_cast<const SQLObject*>(object));
+        (key == keys::uid ? stale->uids : stale->names).insert(static_cast<const SQLObject*>(object));
     }
 
 private:
     void observe(SQLObject& object, void (SQLObject::*change)(KeyObserver&, std::string_view)) {
-        for (const char* key : {"name", "displayName", "properties"}) (object.*change)(*this, key);
+        for (const char* key : {"name", "displayName", keys::uid}) (object.*change)(*this, key);
     }
 
     const SQLContainer& _container;
@@ -66,16 +72,14 @@ SQLContainer::SQLContainer() = default;
 
 SQLContainer::~SQLContainer() {
     _guests.reset();
-    auto forget = [this](SQLObject& object) {
-        if (object.container() == this) object.setContainer(nullptr);
-    };
     auto list = _objectList.lock();
-    list->forEach([&](const auto& object) { forget(*object); });
+    list->forEach([&](const auto& object) { detach(object.get(), *this); });
     auto stacking = _zorderArray.lock();
-    for (const auto& [address, object] : stacking->owned) forget(*object);
-    if (_documentInfo) forget(*_documentInfo);
-    if (_objectLabelManager && _objectLabelManager->container() == this) _objectLabelManager->setContainer(nullptr);
-    if (_fkObjectGraph && _fkObjectGraph->container() == this) _fkObjectGraph->setContainer(nullptr);
+    for (const auto& [address, object] : stacking->owned) detach(object.get(), *this);
+    for (const auto& departed : _departed) detach(departed.lock().get(), *this);
+    detach(_documentInfo.get(), *this);
+    detach(_objectLabelManager.get(), *this);
+    detach(_fkObjectGraph.get(), *this);
 }
 
 void SQLContainer::init() {
@@ -178,7 +182,11 @@ void SQLContainer::adopt(SQLObjectPeer& object) {
 
 void SQLContainer::release(SQLObjectPeer& object) {
     if (_guests) _guests->remove(object);
-    if (!_isTempContainer && object.container() == this) object.setContainer(nullptr);
+    if (object.container() != this) return;
+    if (_isTempContainer)
+        _departed.emplace_back(shared(&object));
+    else
+        object.setContainer(nullptr);
 }
 
 void SQLContainer::watchGuest(SQLObject& object) {
@@ -355,6 +363,17 @@ SQLObjectPeer* SQLContainer::lastObjectAdded() const {
 void SQLContainer::setLastObjectAdded(SQLObjectPeer* object) {
     auto list = _objectList.lock();
     _lastObjectAdded = object;
+}
+
+void SQLContainer::setFkObjectGraph(std::shared_ptr<SQLForeignKeyObjectGraph> graph) {
+    if (graph != _fkObjectGraph) detach(_fkObjectGraph.get(), *this);
+    _fkObjectGraph = std::move(graph);
+}
+
+void SQLContainer::setObjectLabelManager(std::shared_ptr<SQLObjectLabelManager> manager) {
+    if (!manager || manager == _objectLabelManager) return;
+    detach(_objectLabelManager.get(), *this);
+    _objectLabelManager = std::move(manager);
 }
 
 namespace {

@@ -255,7 +255,7 @@ public:
     [[nodiscard]] std::shared_ptr<void> importErrors() const { return _importErrors; }
     void setImportErrors(std::shared_ptr<void> errors) { _importErrors = std::move(errors); }
     [[nodiscard]] SQLForeignKeyObjectGraph* fkObjectGraph() const { return _fkObjectGraph.get(); }
-    void setFkObjectGraph(std::shared_ptr<SQLForeignKeyObjectGraph> graph) { _fkObjectGraph = std::move(graph); }
+    void setFkObjectGraph(std::shared_ptr<SQLForeignKeyObjectGraph> graph);
     [[nodiscard]] const std::shared_ptr<SQLForeignKeyObjectGraph>& sharedFkObjectGraph() const {
         return _fkObjectGraph;
     }
@@ -266,9 +266,8 @@ public:
         _scriptContainerSpecifier = std::move(specifier);
     }
     [[nodiscard]] SQLObjectLabelManager* objectLabelManager() const { return _objectLabelManager.get(); }
-    void setObjectLabelManager(std::shared_ptr<SQLObjectLabelManager> manager) {
-        _objectLabelManager = std::move(manager);
-    }
+    /// Null is ignored: a document always has one.
+    void setObjectLabelManager(std::shared_ptr<SQLObjectLabelManager> manager);
     [[nodiscard]] std::int32_t getDebug() const { return _debug; }
     void setDebug(std::int32_t debug) { _debug = debug; }
 
@@ -321,6 +320,7 @@ private:
     std::shared_ptr<SQLObjectLabelManager> _objectLabelManager;
     std::shared_ptr<SQLExportDialect> _dialectExporter;
     std::unique_ptr<GuestWatch> _guests;  // listed objects that another document, or none, holds
+    std::vector<std::weak_ptr<SQLObjectPeer>> _departed;  // left a scratch document with their reference to it
 };
 
 }  // namespace vellicor

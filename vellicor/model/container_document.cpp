@@ -122,6 +122,7 @@ std::shared_ptr<SQLObject> SQLContainer::copyWithZone(void* zone) const {
 }
 
 void SQLContainer::encodeWithCoder(KeyedArchiver& coder) const {
+    auto list = _objectList.lock();
     coder.encode("SQLContainer", "name");
     Value::List objects;
     for (const auto& object : objectListSortedByUid()) objects.emplace_back(object->exportToXML());

@@ -94,6 +94,7 @@ XMLElement SQLDocumentInfo::exportToXMLNode(const XMLElement* parent) const {
 Value::Map SQLDocumentInfo::jsonDictionary() const {
     Value::Map json = SQLObjectPeer::jsonDictionary();
     json.insert_or_assign("ClassType", getClassType());
+    json.insert_or_assign("encodedPrintInfo", _encodedPrintInfo.value_or(std::string()));
     json.insert_or_assign("properties", propertiesAsJson());
     return json;
 }

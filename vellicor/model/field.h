@@ -19,7 +19,9 @@ public:
     ~SQLField() override;
     void init() override;
     static std::shared_ptr<SQLField> field() { return create<SQLField>(); }
-    static std::shared_ptr<SQLField> fieldWithName(const OptionalText& name, const OptionalText& type) { return initWithName(name, type); }
+    static std::shared_ptr<SQLField> fieldWithName(const OptionalText& name, const OptionalText& type) {
+        return initWithName(name, type);
+    }
     static std::shared_ptr<SQLField> initWithName(const OptionalText& name, const OptionalText& type);
 
     static const UndoProperties& undoProperties();
@@ -152,8 +154,10 @@ public:
     void clearCompoundKey();
     /// Turns an old compound key into a foreign-key object of the table; whether it did.
     bool convertCompoundForeignKey();
-    [[nodiscard]] static bool compoundKeyIsValid(const std::vector<SQLField*>& first, const std::vector<SQLField*>& second);
-    [[nodiscard]] static bool shouldAddField(const SQLField* candidate, const SQLField& target, const std::vector<SQLField*>& added);
+    [[nodiscard]] static bool compoundKeyIsValid(const std::vector<SQLField*>& first,
+                                                 const std::vector<SQLField*>& second);
+    [[nodiscard]] static bool shouldAddField(const SQLField* candidate, const SQLField& target,
+                                             const std::vector<SQLField*>& added);
     [[nodiscard]] std::vector<std::string> getCompoundKeyVector() const;
     [[nodiscard]] std::vector<std::string> sourceFieldNameList() const override;
     [[nodiscard]] std::vector<std::string> targetFieldNameList() const override;
@@ -235,6 +239,7 @@ private:
 
     [[nodiscard]] static bool isSet(const OptionalText& text) { return text && !text->empty(); }
     void pointTo(SQLField& target);
+    void addConnectedObject(SQLField& field);
     void clearReference();
     void updateGraph();
     void resolveReference();

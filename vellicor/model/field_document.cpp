@@ -89,7 +89,6 @@ Value::Map SQLField::jsonDictionary() const {
 
 std::shared_ptr<SQLObject> SQLField::copyWithZone(void* zone) const {
     auto copy = std::static_pointer_cast<SQLField>(SQLTableComponent::copyWithZone(zone));
-    copy->storeName(name());  // as it is: setting it would take quotes off once more
     copy->setType(getType());
     copy->setNotNull(getNotNull());
     copy->setDefaultValue(getDefaultValue());

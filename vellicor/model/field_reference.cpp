@@ -176,7 +176,7 @@ void SQLField::pointTo(SQLField& target) {
     updateLinksWithNewUid();
     if (table) table->observeTableForForeignKey(*this);
     reference.observed = table;
-    if (isNew) target._connectedObjects.emplace_back(this);
+    if (isNew) target.addConnectedObject(*this);
 }
 
 void SQLField::clearReference() {
@@ -197,6 +197,16 @@ void SQLField::updateGraph() {
     if (auto former = reference().graph.lock(); former && former != graph) former->forgetField(this);
     ownReference().graph = graph;
     graph->updateForeignKey(this);
+}
+
+void SQLField::addConnectedObject(SQLField& field) {
+    if (_connectedObjects.size() == _connectedObjects.capacity()) {
+        // Columns that are gone keep their memory while they are listed; copies of a document come and go.
+        const std::vector<SQLField*> living = connectedObjects();
+        _connectedObjects = std::vector<WeakRef<SQLField>>(living.begin(), living.end());
+        _connectedObjects.reserve(2 * living.size() + 1);
+    }
+    _connectedObjects.emplace_back(&field);
 }
 
 std::vector<SQLField*> SQLField::connectedObjects() const {

@@ -240,8 +240,9 @@ std::string SQLForeignKey::getComparisonString() const {
 }
 
 std::string SQLForeignKey::exportToSQL() {
+    auto pairs = _fieldPairList.lock();
     std::vector<std::string> sources, targets;
-    for (const auto& entry : fieldPairs()) {
+    for (const auto& entry : *pairs) {
         sources.push_back(nameOrBlank(entry->source()));
         targets.push_back(nameOrBlank(entry->target()));
     }

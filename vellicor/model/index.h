@@ -1,6 +1,8 @@
 // vellicor/model/index.h — an index of a table, and what stands for a table constraint.
 #pragma once
 
+#include <map>
+
 #include "vellicor/model/table_component.h"
 #include "vellicor/platform/guarded.h"
 #include "vellicor/platform/weak_ref.h"
@@ -84,6 +86,7 @@ public:
     // --- reading (index_document.cpp)
     void setFieldName(const OptionalText& name);
     /// Raises "NilIndexFieldException" for a null or empty name. Ignores a negative position and a name already listed.
+    /// Past the end it leaves a gap; the name at a used position, and those behind it without a gap, move up.
     void insertFieldName(const OptionalText& name, std::int64_t position);
     void addIndexEntry(const std::shared_ptr<SQLIndexEntry>& entry);
     /// Logs a name that is no column of the table.
@@ -119,8 +122,8 @@ private:
 
     using ReadEntries = std::vector<std::shared_ptr<SQLIndexEntry>>;
 
-    Guarded<std::vector<std::string>> _fieldNameList;  // names as read, until `postLoadProcess`
-    Guarded<ReadEntries> _fieldSizeListPreLoad;        // entries as read, until then
+    Guarded<std::map<std::int64_t, std::string>> _fieldNameList;  // names as read, by position, until `postLoadProcess`
+    Guarded<ReadEntries> _fieldSizeListPreLoad;                   // entries as read, until then
     Guarded<Entries> _indexEntryList;
 };
 

@@ -1,5 +1,6 @@
 // vellicor/model/index_document.cpp — an index in documents: reading, finding its columns, writing, JSON, copying.
 #include <algorithm>
+#include <limits>
 #include <utility>
 
 #include "vellicor/fileformat/xml_export.h"
@@ -27,8 +28,8 @@ void SQLIndexEntry::setFieldUid(const OptionalText& uid) { setProperty(keys::fie
 // --- reading
 
 void SQLIndex::setFieldName(const OptionalText& name) {
-    const std::size_t count = _fieldNameList.lock()->size();
-    insertFieldName(name, static_cast<std::int64_t>(count));
+    auto names = _fieldNameList.lock();
+    insertFieldName(name, names->empty() ? 0 : names->rbegin()->first + 1);
 }
 
 void SQLIndex::insertFieldName(const OptionalText& name, std::int64_t position) {
@@ -37,8 +38,13 @@ void SQLIndex::insertFieldName(const OptionalText& name, std::int64_t position) 
         throw SQLException(exceptions::nilIndexField, "Index name passed to index was empty");
     }
     auto names = _fieldNameList.lock();
-    if (position < 0 || std::ranges::find(*names, *name) != names->end()) return;
-    names->insert(names->begin() + std::min(position, static_cast<std::int64_t>(names->size())), *name);
+    auto isSame = [&](const auto& listed) { return listed.second == *name; };
+    if (position < 0 || std::ranges::any_of(*names, isSame)) return;
+    constexpr std::int64_t kLast = std::numeric_limits<std::int64_t>::max() / 2;  // names still move up from there
+    std::int64_t place = std::min(position, kLast);
+    std::string moving = *name;
+    for (auto used = names->find(place); used != names->end(); used = names->find(++place)) moving.swap(used->second);
+    names->emplace(place, std::move(moving));
 }
 
 void SQLIndex::addIndexEntry(const std::shared_ptr<SQLIndexEntry>& entry) {
@@ -100,7 +106,7 @@ void SQLIndex::rebindColumns() {
 
 void SQLIndex::takeColumnNames() {
     const auto names = std::exchange(*_fieldNameList.lock(), {});
-    for (const std::string& name : names) addFieldFromName(name);
+    for (const auto& [position, name] : names) addFieldFromName(name);
 }
 
 void SQLIndex::takeColumnSizes() {
@@ -159,7 +165,7 @@ XMLElement SQLIndex::exportToXMLNode(const XMLElement* parent) const {
         if (!entry.field) continue;
         const XMLElement element = node.addElement("SQLIndexEntry");
         element.addCDataElement("name", entry.field->getName());
-        element.addCDataElement(keys::prefixSize, entry.size.value_or(std::string()));
+        element.addCDataElement(keys::prefixSize, getSizeForIndexEntry(entry.field.get()));
         element.addCDataElement(keys::fieldUid, entry.field->uid());
     }
     exportPropertiesToXMLNode(node);
@@ -174,7 +180,7 @@ Value::Map SQLIndex::jsonDictionary() const {
         names.emplace_back(entry.field->getName());
         records.push_back(Value::Map{{"ClassType", "SQLIndexEntry"},
                                      {"name", entry.field->getName()},
-                                     {keys::prefixSize, entry.size.value_or(std::string())},
+                                     {keys::prefixSize, getSizeForIndexEntry(entry.field.get())},
                                      {keys::fieldUid, entry.field->uid()}});
     }
     json.insert_or_assign("fieldList", std::move(names));

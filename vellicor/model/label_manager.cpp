@@ -79,18 +79,27 @@ void SQLObjectLabelManager::createLabelFromObjectIfRequired(SQLObject& object) {
     const auto wanted = SQLObjectLabel::labelWithName(name, labelColorForObject(object));
     auto label = labelMatchingLabel(*wanted);
     if (!label) {
-        label = objectLabelWithName(name, wanted->color());
-        // The uid that the label had when the object was saved; so saving it once more changes nothing.
+        // The uid that the label had when the object was saved; so saving it once more changes nothing. The label takes
+        // it before it is listed, since groups are kept by uid.
         const std::string uid = object.getProperty(keys::labelUid);
-        if (!uid.empty() && !labelWithUid(uid)) label->setUid(uid);
+        if (!uid.empty() && !labelWithUid(uid)) wanted->setUid(uid);
+        label = wanted;
+        addLabel(label, false);
     }
     object.setLabel(label);
 }
 
 void SQLObjectLabelManager::loadLabelsFromManager(const SQLObjectLabelManager& other) {
     if (&other == this) return;
-    for (const auto& label : other._labelList)
-        if (!containsLabel(*label)) append(copyOf(*label));
+    for (const auto& label : other._labelList) {
+        if (const auto own = labelWithUid(label->uid())) {
+            // The same label, which an object brought back by its name and colour alone.
+            own->setIsExpanded(label->isExpanded());
+            own->setIsHidden(label->isHidden());
+        } else if (!containsLabel(*label)) {
+            append(copyOf(*label));
+        }
+    }
     labelsChanged();
 }
 

@@ -48,7 +48,8 @@ public:
     [[nodiscard]] Color labelColorForObject(const SQLObject& object) const;
     /// Gives the object the label that its property "labelName" names.
     void createLabelFromObjectIfRequired(SQLObject& object);
-    /// Copies of another document's labels, uids kept, without those that are contained already; without undo.
+    /// Copies of another document's labels, uids kept, without those that are contained already; of these, a label of
+    /// the same uid is from then on hidden or expanded as the other one is. Without undo.
     void loadLabelsFromManager(const SQLObjectLabelManager& other);
     void updateLabelListFromItemMerged(SQLObject& object);
 

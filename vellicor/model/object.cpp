@@ -20,6 +20,7 @@ SQLObject::~SQLObject() {
 }
 
 void SQLObject::init() {
+    static_cast<void>(isMainThread());  // the thread of the first object is the main thread
     _properties = std::make_unique<QVMutableNotifyingPropertyDictionary>(this);
     createNewUid();
     _initialising = false;
@@ -46,6 +47,7 @@ bool SQLObject::setUid(const std::string& uid) {
 
 void SQLObject::uidWasStored() {
     if (_container) _container->memberUidDidChange(*this);
+    didChangeValueForKey(keys::uid);
 }
 
 // --- properties

@@ -73,8 +73,8 @@ public:
     /// Undoable whatever the key.
     void setUndoableProperty(std::string_view key, std::optional<PropertyValue> value);
     void removeUndoableProperty(std::optional<std::string_view> key);
-    /// Called by the dictionary before a change; null stands for absent. Registers the inverse of changes to the keys of
-    /// `undoProperties`.
+    /// Called by the dictionary before a change; null stands for absent. Registers the inverse of changes to the keys
+    /// of `undoProperties`.
     virtual void propertyWillChange(std::string_view key, const PropertyValue* current, const PropertyValue* next);
     virtual void propertyDidChange(std::string_view /*key*/) {}
     /// Keys whose every change is undoable. Each class has its own list; `classUndoProperties` answers the one of the
@@ -149,7 +149,8 @@ public:
     [[nodiscard]] virtual bool supportsUndo() const { return true; }
 
     // --- observing
-    /// Keys: "properties", "frame", "location", "size", "name", "displayName" and those that subclasses name.
+    /// Keys: "properties", "frame", "location", "size", "name", "displayName" and those that subclasses name. Of "uid"
+    /// there is a did-change only, whichever way it came.
     void addObserver(KeyObserver& observer, std::string_view key) { _observers.add(observer, key); }
     void removeObserver(KeyObserver& observer, std::string_view key) { _observers.remove(observer, key); }
     void willChangeValueForKey(std::string_view key) const { _observers.willChange(this, key); }
@@ -180,7 +181,7 @@ public:
     [[nodiscard]] std::string json() const;
     /// For logs: the class and address, a blank, and the name.
     [[nodiscard]] virtual std::string description() const;
-    /// An object of the same class with the same name, label, properties (the uid included) and frame, and no container.
+    /// An object of the same class with the same name, label, properties (the uid included), frame, and no container.
     [[nodiscard]] virtual std::shared_ptr<SQLObject> copyWithZone(void* zone = nullptr) const;
     /// An empty object of the same class.
     [[nodiscard]] virtual std::shared_ptr<SQLObject> newInstance() const { return create<SQLObject>(); }
@@ -197,8 +198,8 @@ public:
     virtual void memberNameDidChange(SQLObject& /*member*/) {}
 
 protected:
-    /// Registers `inverse(self)` with the undo manager; nothing without one. Arguments that the closure holds stay alive,
-    /// `self` does not.
+    /// Registers `inverse(self)` with the undo manager; nothing without one. Arguments that the closure holds stay
+    /// alive, `self` does not.
     template <class Self, class Inverse>
     void registerUndo(Self* self, Inverse inverse) {
         if (UndoManager* manager = undoManager())

@@ -1,12 +1,12 @@
 // vellicor/model/object_document.cpp — model objects as elements, JSON and copies, and what a document may set.
 #include <algorithm>
 #include <array>
-#include <charconv>
 
 #include "vellicor/model/label.h"
 #include "vellicor/model/object.h"
 #include "vellicor/model/value_objects.h"
 #include "vellicor/platform/json.h"
+#include "vellicor/platform/numbers.h"
 #include "vellicor/platform/text_format.h"
 
 namespace vellicor {
@@ -88,14 +88,13 @@ Value SQLObject::propertiesAsJson() const {
 std::string SQLObject::description() const { return text("%@ %@", runtimeDescription(), _name); }
 
 std::string SQLObject::runtimeDescription() const {
-    char digits[2 * sizeof(std::uintptr_t)];
-    const auto end = std::to_chars(digits, std::end(digits), reinterpret_cast<std::uintptr_t>(this), 16).ptr;
-    return text("<%@: 0x%@>", classInfo().name, std::string_view(digits, static_cast<std::size_t>(end - digits)));
+    return text("<%@: %p>", classInfo().name, addressText(this));
 }
 
 std::shared_ptr<SQLObject> SQLObject::copyWithZone(void* /*zone*/) const {
     std::shared_ptr<SQLObject> copy = newInstance();
     copy->setName(_name);
+    copy->storeName(_name);  // as it is: setting it may split it, or take quotes off, once more
     if (_label) copy->setLabel(copyOf(*_label));
     for (auto& [key, value] : propertiesAsDictionary()) copy->setProperty(key, std::move(value));
     copy->setFrame(frame());

@@ -29,8 +29,8 @@ public:
     void setZOrder(std::int64_t zOrder);
     void setZOrderFromString(std::string_view text);
 
-    /// Splits at unquoted dots, quotes removed; the first quote character met is the one that counts. With `splitSchema`
-    /// false only the quotes go.
+    /// Splits at unquoted dots, quotes removed; the first quote character met is the one that counts. With
+    /// `splitSchema` false only the quotes go.
     [[nodiscard]] static NameParts splitNameBySchema(std::string_view name, bool splitSchema);
     [[nodiscard]] static NameParts splitNameBySchema(std::string_view name) { return splitNameBySchema(name, true); }
     static NameParts splitNameBySchema(std::string_view name, const char*) = delete;

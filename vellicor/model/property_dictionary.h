@@ -54,6 +54,9 @@ public:
 
     /// Bulk merges: no announcement and no hook, so they are never recorded for undo.
     void addEntriesFromDictionary(const Snapshot& entries);
+    void addEntriesFromDictionary(const QVMutableNotifyingPropertyDictionary& other) {
+        addEntriesFromPropertyDictionary(other);
+    }
     void addEntriesFromPropertyDictionary(const QVMutableNotifyingPropertyDictionary& other);
 
     [[nodiscard]] SQLObject* ownerObject() const { return _owner; }
@@ -62,8 +65,8 @@ public:
     void notifyChange() {}
 
     /// Observers of one key. They hear two will-changes a change and never a did-change.
-    void addObserver(KeyObserver& observer, std::string_view key) { _observers.add(observer, key); }
-    void removeObserver(KeyObserver& observer, std::string_view key) { _observers.remove(observer, key); }
+    void addObserver(KeyObserver& observer, std::string_view key);
+    void removeObserver(KeyObserver& observer, std::string_view key);
 
     /// Stores a fresh uid, made when somebody first looks: most objects get theirs from a document right away. To a
     /// change of "uid" one that nobody has looked at counts as absent.
@@ -78,7 +81,7 @@ private:
     SQLObject* _owner;
     mutable Guarded<PropertyMap> _map;
     mutable bool _uidPromised = false;  // guarded by the map's lock
-    KeyObserverList _observers;
+    KeyObserverList _observers;  // guarded by the map's lock
 };
 
 }  // namespace vellicor

@@ -48,7 +48,8 @@ public:
         return initWithName(name, tableType, std::string());
     }
     /// Kept: the table type is not used. A null or empty schema leaves the table without one.
-    static std::shared_ptr<SQLTable> initWithName(const OptionalText& name, std::string_view tableType, const OptionalText& schemaName);
+    static std::shared_ptr<SQLTable> initWithName(const OptionalText& name, std::string_view tableType,
+                                                  const OptionalText& schemaName);
     /// The next table stands at the first default place again.
     static void resetPosition();
 
@@ -72,7 +73,8 @@ public:
     void addUniqueComponent(const std::shared_ptr<SQLTableComponent>& component);
     void addCheckConstraint(const std::shared_ptr<SQLConstraint>& constraint);
     /// Unknown column names are skipped.
-    void addParsedIndexWithName(const OptionalText& name, const std::vector<std::string>& fieldNames, const OptionalText& type);
+    void addParsedIndexWithName(const OptionalText& name, const std::vector<std::string>& fieldNames,
+                                const OptionalText& type);
     /// Logs null.
     void remove(SQLTableComponent* component);
     void reorder(SQLTableComponent& component, std::size_t position);
@@ -96,7 +98,9 @@ public:
     [[nodiscard]] std::size_t fieldCount() const;
     [[nodiscard]] bool contains(const SQLTableComponent& component) const;
     /// `kNotFound` when absent.
-    [[nodiscard]] std::size_t getFieldPosition(const SQLTableComponent& component) const { return indexOfField(component); }
+    [[nodiscard]] std::size_t getFieldPosition(const SQLTableComponent& component) const {
+        return indexOfField(component);
+    }
     [[nodiscard]] std::size_t indexOfField(const SQLTableComponent& component) const;
     /// Null past the end.
     [[nodiscard]] SQLTableComponent* getColumn(std::size_t index) const { return getField(index); }
@@ -115,18 +119,21 @@ public:
     [[nodiscard]] SQLField* getFieldByName(std::string_view name) const;
     /// The first component of a kind whose unquoted name equals the trimmed, unquoted name without regard to case.
     [[nodiscard]] SQLTableComponent* getFieldByTypeAndName(ClassFilter kind, std::string_view name) const;
-    [[nodiscard]] SQLTableComponent* getFieldByTypeAndName(ClassFilter kind, std::string_view name, bool caseInsensitive) const;
+    [[nodiscard]] SQLTableComponent* getFieldByTypeAndName(ClassFilter kind, std::string_view name,
+                                                           bool caseInsensitive) const;
     [[nodiscard]] SQLTableComponent* getFieldByUID(std::string_view uid) const;
     [[nodiscard]] SQLTableComponent* getObjectByName(std::string_view name) const;
     [[nodiscard]] bool isFieldNamePresent(std::string_view name) const;
     [[nodiscard]] bool isFieldNamePresent(std::string_view name, ClassFilter kind) const;
-    [[nodiscard]] bool isFieldNamePresent(std::string_view name, ClassFilter kind, const SQLTableComponent* except) const;
+    [[nodiscard]] bool isFieldNamePresent(std::string_view name, ClassFilter kind,
+                                          const SQLTableComponent* except) const;
     [[nodiscard]] bool isObjectNamePresent(std::string_view name) const;
     [[nodiscard]] std::vector<std::string> fieldNamesList() const;
     [[nodiscard]] std::string getFieldNameListString() const;
     /// Without enclosing quote characters; see the source for lone ones.
     [[nodiscard]] static std::string unquotedName(const OptionalText& name);
-    [[nodiscard]] static bool tableComponentNameMatchesString(const SQLTableComponent& component, std::string_view name, bool caseInsensitive);
+    [[nodiscard]] static bool tableComponentNameMatchesString(const SQLTableComponent& component,
+                                                              std::string_view name, bool caseInsensitive);
     /// Columns with a resolved reference.
     [[nodiscard]] Fields foreignKeyFieldsInTable() const;
     /// Foreign keys with a target table.
@@ -152,7 +159,9 @@ public:
     void setFullyQualifiedName(const OptionalText& name, bool forceSchemaName);
     /// Replaces a taken name by a free one. Always accepts.
     bool validateFullyQualifiedName(OptionalText& name, ValidationError* error);
-    bool validateDisplayName(OptionalText& name, ValidationError* error) { return validateFullyQualifiedName(name, error); }
+    bool validateDisplayName(OptionalText& name, ValidationError* error) {
+        return validateFullyQualifiedName(name, error);
+    }
     [[nodiscard]] std::string displayName() const override { return fullyQualifiedName(); }
     void setDisplayName(const OptionalText& name) override { setFullyQualifiedName(name); }
     [[nodiscard]] std::string getSchemaName() const override { return _schemaName.value_or(std::string()); }
@@ -244,7 +253,8 @@ public:
     // --- SQL, document, JSON
     /// The table's script by its document's exporter; the empty text when that raises.
     [[nodiscard]] std::string exportToSQL() override;
-    [[nodiscard]] std::string exportToSQL(SQLExportDialect* exporter, const std::shared_ptr<SQLDocumentInfo>& documentInfo);
+    [[nodiscard]] std::string exportToSQL(SQLExportDialect* exporter,
+                                          const std::shared_ptr<SQLDocumentInfo>& documentInfo);
     /// Kept: the statements, a header and the statements again.
     [[nodiscard]] std::string exportSQLForeignKey();
     void setSafePropertyValue(const LoadedValue& value, std::string_view key) override;
@@ -258,15 +268,14 @@ public:
 protected:
     /// Appends without any check: list, parent, uid map.
     void appendComponent(const std::shared_ptr<SQLTableComponent>& component);
-    /// What is changed through the handle is looked up anew afterwards.
-    [[nodiscard]] Guarded<Components>::Handle<Components> lockedComponents();
     void removeAllComponents();
 
 private:
     [[nodiscard]] const ComponentNames* names(const Components& components) const;
     [[nodiscard]] ComponentUids& uids() const;
     void setComponents(Components components);
-    void forgetIndexes();
+    void takeBaseName(const std::string& base);
+    void takeSchemaName(const OptionalText& name);
     /// The first component whose name matches, as `getFieldByTypeAndName` compares them, and that `accepts` takes.
     template <class Accepts>
     [[nodiscard]] SQLTableComponent* firstNamed(std::string_view name, bool caseInsensitive, Accepts accepts) const;

@@ -1,35 +1,31 @@
 // vellicor/model/table_component.cpp — the common base of everything that stands inside a table.
 #include "vellicor/model/table_component.h"
 
-#include <charconv>
-#include <iterator>
-
 #include "vellicor/export/export_dialect.h"
 #include "vellicor/fileformat/xml_export.h"
 #include "vellicor/model/label.h"
 #include "vellicor/model/label_manager.h"
 #include "vellicor/model/table.h"
+#include "vellicor/platform/numbers.h"
 #include "vellicor/platform/preference_keys.h"
 #include "vellicor/platform/preferences.h"
 #include "vellicor/platform/text_format.h"
 
 namespace vellicor {
 
-namespace {
-
-std::string addressText(const void* object) {
-    char digits[2 + 2 * sizeof object] = {'0', 'x'};
-    return {digits, std::to_chars(digits + 2, std::end(digits), reinterpret_cast<std::uintptr_t>(object), 16).ptr};
-}
-
-}  // namespace
-
 void SQLTableComponent::delete_() {
     if (SQLTable* table = parentTable()) table->remove(this);
 }
 
 void SQLTableComponent::setName(const OptionalText& name) {
-    SQLObjectPeer::setName(name ? std::string(trimmed(trimName(*name))) : "null");
+    takeName(name ? std::string(trimmed(trimName(*name))) : "null");
+}
+
+/// Undoing takes the old name as it was: setting it would take quotes off once more.
+void SQLTableComponent::takeName(const OptionalText& name) {
+    registerUndo(this, [old = this->name()](SQLTableComponent& component) { component.takeName(old); });
+    setUndoActionName("set object name");
+    storeName(name);
 }
 
 SQLTable* SQLTableComponent::parentTable() const { return as<SQLTable>(container()); }

@@ -1,4 +1,4 @@
-// vellicor/model/table_component.h — what stands inside a table: columns, indexes, constraints, foreign keys, view rows.
+// vellicor/model/table_component.h — what stands inside a table: columns, indexes, constraints, keys, view rows.
 #pragma once
 
 #include "vellicor/export/forward.h"
@@ -50,7 +50,8 @@ public:
     void postLoadProcess() override;
 
     /// The script of the component's table; the empty text while detached. The exporter is not used.
-    [[nodiscard]] std::string exportToSQL(SQLExportDialect* exporter, const std::shared_ptr<SQLDocumentInfo>& documentInfo);
+    [[nodiscard]] std::string exportToSQL(SQLExportDialect* exporter,
+                                          const std::shared_ptr<SQLDocumentInfo>& documentInfo);
     [[nodiscard]] std::string exportToSQL() override { return exportToSQL(nullptr, nullptr); }
     [[nodiscard]] std::string exportToSQLWithDocumentInfo(const std::shared_ptr<SQLDocumentInfo>& documentInfo) {
         return exportToSQL(nullptr, documentInfo);
@@ -71,6 +72,8 @@ public:
     static const ClassInfo kClassInfo;
 
 private:
+    void takeName(const OptionalText& name);
+
     OptionalText _namePending;
 };
 

@@ -140,22 +140,12 @@ void SQLTable::setFields(Components components) { setComponents(std::move(compon
 void SQLTable::removeAllComponents() { setComponents({}); }
 
 void SQLTable::setComponents(Components next) {
+    std::erase(next, nullptr);
     auto components = _fields.lock();
     for (const auto& component : *components)
         if (component->container() == this) component->setParent(nullptr);
     components->swap(next);
     for (const auto& component : *components) component->setParent(this);
-    forgetIndexes();
-}
-
-Guarded<SQLTable::Components>::Handle<SQLTable::Components> SQLTable::lockedComponents() {
-    auto components = _fields.lock();
-    forgetIndexes();
-    return components;
-}
-
-/// Expects the list's lock.
-void SQLTable::forgetIndexes() {
     _names.reset();
     _numberHints.clear();
     _uids.reset();

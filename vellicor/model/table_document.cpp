@@ -80,7 +80,7 @@ Value::Map SQLTable::jsonDictionary() const {
     json.insert_or_assign("ClassType", getClassType());
     json.insert_or_assign("name", getBaseName());
     json.insert_or_assign("fullyQualifiedName", fullyQualifiedName());
-    if (const std::string schema = getSchemaName(); !schema.empty()) json.insert_or_assign("schema", schema);
+    if (_schemaName) json.insert_or_assign("schema", *_schemaName);
     if (const std::string comment = getComment(); !comment.empty()) json.insert_or_assign("comment", comment);
     if (!_tableType.empty()) json.insert_or_assign("tableType", _tableType);
     Value::List fields, foreignKeys, indexes, constraints;
@@ -105,8 +105,6 @@ Value::Map SQLTable::jsonDictionary() const {
 std::shared_ptr<SQLObject> SQLTable::copyWithZone(void* zone) const {
     auto components = _fields.lock();
     auto copy = std::static_pointer_cast<SQLTable>(SQLObjectPeer::copyWithZone(zone));
-    // Setting a name splits it at dots; the base name is one piece, whatever it holds.
-    copy->storeName(name());
     copy->_indexPrefix = text("%@_", getBaseName());
     copy->_tableType = _tableType;
     copy->_schemaName = _schemaName;

@@ -23,19 +23,27 @@ void SQLTable::setName(const OptionalText& name) {
 
 void SQLTable::setBaseName(std::string_view name) {
     const std::string unquoted = trimName(name);
-    const std::string_view base = trimmed(unquoted, TrimSet::Whitespace);
-    registerUndo(this, [old = getBaseName()](SQLTable& table) { table.setBaseName(old); });
+    takeBaseName(std::string(trimmed(unquoted, TrimSet::Whitespace)));
+}
+
+/// Undoing takes the old name as it was: setting it would take quotes off once more.
+void SQLTable::takeBaseName(const std::string& base) {
+    registerUndo(this, [old = getBaseName()](SQLTable& table) { table.takeBaseName(old); });
     setUndoActionName("set object name");
     _indexPrefix = text("%@_", base);
-    storeName(std::string(base));
+    storeName(base);
 }
 
 void SQLTable::setSchemaName(const OptionalText& name) {
-    registerUndo(this, [old = _schemaName](SQLTable& table) { table.setSchemaName(old); });
+    takeSchemaName(name ? OptionalText(trimmed(trimName(*name))) : std::nullopt);
+}
+
+void SQLTable::takeSchemaName(const OptionalText& name) {
+    registerUndo(this, [old = _schemaName](SQLTable& table) { table.takeSchemaName(old); });
     setUndoActionName("set schema name");
     const std::string before = getSchemaName();
     willChangeValueForKey("displayName");
-    _schemaName = name ? OptionalText(trimmed(trimName(*name))) : std::nullopt;
+    _schemaName = name;
     didChangeValueForKey("displayName");
     if (container() && getSchemaName() != before) container()->memberNameDidChange(*this);
     if (SQLContainer* document = topLevelContainer()) document->updateSchemaForObject(*this);
