@@ -53,6 +53,7 @@ vellicor_tests(fileformat
 )
 vellicor_tests(dialects
   data_type_test.cpp
+  golden_test.cpp
   mysql_test.cpp
   oracle_filemaker_test.cpp
   postgresql_test.cpp

@@ -31,8 +31,13 @@ std::string SybaseStyleExporter::quoteForSQL(std::string_view text, bool force) 
 std::vector<std::string> SybaseStyleExporter::quoteMembersForSQL(const std::vector<std::string>& names) {
     std::vector<std::string> quoted;
     quoted.reserve(names.size());
-    for (const std::string& name : names) quoted.push_back(quoteForSQL(name));
+    for (const std::string& name : names) quoted.push_back(quotedColumnName(name));
     return quoted;
+}
+
+std::string SybaseStyleExporter::quotedColumnName(const std::string& name) {
+    // A reserved word needs quotes as a name, though it holds no blank.
+    return quoteForSQL(name, objectNameRequiresQuoting(name) || (writesRunnableScripts() && useQuotedIdentifier()));
 }
 
 OptionalText SybaseStyleExporter::primaryKeyConstraintName(SQLTable& table) {
@@ -53,17 +58,14 @@ std::string SybaseStyleExporter::addIndex(SQLIndex& index, SQLTable& table) { re
 std::string SybaseStyleExporter::nullOrNotString(SQLField& field) { return field.getNotNull() ? " NOT NULL" : ""; }
 
 std::string SybaseStyleExporter::exportSQLField(SQLField& field) {
-    // A reserved word needs quotes as a name, though it holds no blank.
-    const std::string name = field.getName();
-    const bool quotes = objectNameRequiresQuoting(name) || (writesRunnableScripts() && useQuotedIdentifier());
-    std::string sql = text("%@ %@", quoteForSQL(name, quotes), fieldType(field));
+    std::string sql = text("%@ %@", quotedColumnName(field.getName()), fieldType(field));
     sql += nullOrNotString(field);
     if (const std::string value = field.getDefaultValue(); !value.empty()) {
         // Kept: in classic text a default is quoted like a name.
         sql += text(" DEFAULT %@", writesRunnableScripts() ? quoteDefaultValue(value, field) : quoteForSQL(value));
     }
     sql += nodeText(inlineCheckConstraint(field));
-    if (field.getAutoIncrement() && isFirstAutoIncrement(tableOf(field), field)) sql += " IDENTITY";
+    if (field.getAutoIncrement() && field.parentTable() && isFirstAutoIncrement(*field.parentTable(), field)) sql += " IDENTITY";
     return sql;
 }
 

@@ -19,6 +19,7 @@ public:
     std::string quoteForSQL(std::string_view text, bool force) override;
     [[nodiscard]] std::vector<std::string> quoteMembersForSQL(const std::vector<std::string>& names);
     [[nodiscard]] OptionalText primaryKeyConstraintName(SQLTable& table) override;
+    [[nodiscard]] std::string quotedColumnName(const std::string& name);
 
     /// Asked in runnable scripts only: numbers, functions and words such as NULL stay bare.
     [[nodiscard]] bool shouldQuoteDefaultFieldValue(std::string_view value, SQLField& field) override;
