@@ -43,7 +43,8 @@ std::string FilemakerExporter::jdbcFieldTypeFromNative(std::string_view type) co
 
 std::string FilemakerExporter::exportSQLField(SQLField& field) {
     std::string sql = text("%@ %@", quoteIdentifier(field.getName()), fieldType(field));
-    if (field.getPrimaryKey() && tableOf(field).primaryKeyObjectList().front() == &field) sql += " PRIMARY KEY";
+    const SQLTable* table = field.parentTable();
+    if (table && field.getPrimaryKey() && table->primaryKeyObjectList().front() == &field) sql += " PRIMARY KEY";
     if (const std::string value = field.getDefaultValue(); !value.empty())
         sql += text(" DEFAULT %@", quoteDefaultValue(value, field));
     if (field.getNotNull()) sql += " NOT NULL";
@@ -53,9 +54,10 @@ std::string FilemakerExporter::exportSQLField(SQLField& field) {
 
 std::string FilemakerExporter::alterType(SQLField& field, SQLField& curField) {
     log(text("newField type = %@, curField type %@", field.getType(), curField.getType()));
-    if (lowercased(field.getType()) == lowercased(curField.getType())) return {};
+    SQLTable* table = field.parentTable();
+    if (!table || lowercased(field.getType()) == lowercased(curField.getType())) return {};
     // Kept: the column's definition repeats its name.
-    return text("ALTER TABLE %@ ALTER COLUMN %@ %@", getCanonicalName(tableOf(field)), quoteIdentifier(field.getName()),
+    return text("ALTER TABLE %@ ALTER COLUMN %@ %@", getCanonicalName(*table), quoteIdentifier(field.getName()),
                 exportSQLField(field));
 }
 

@@ -10,6 +10,15 @@
 
 namespace vellicor {
 
+namespace {
+
+/// BOOL is the server's other name for TINYINT. Kept: the words must be spelt in capitals.
+bool isBoolForTinyint(const SQLField& field, const SQLField& databaseField) {
+    return field.getDataType() == "BOOL" && databaseField.getDataType() == "TINYINT";
+}
+
+}  // namespace
+
 Statements MySQLExporter::alterSQLTableAsVector(SQLTable& table, SQLTable& databaseTable, SQLObject*) {
     return {alterTableEngine(table, databaseTable), alterTableComment(table, databaseTable), alterAutoIncrement(table, databaseTable)};
 }
@@ -34,7 +43,7 @@ std::string MySQLExporter::alterAutoIncrement(SQLTable& table, SQLTable& curTabl
         if (auto* field = as<SQLField>(component.get()); field && field->getAutoIncrement()) last = field;
     SQLField* current = last ? curTable.getFieldByName(last->getName()) : nullptr;
     if (!current || current->getPrimaryKey() || curTable.fieldIsIndexed(*current)) return {};
-    return text("ALTER TABLE %@ CHANGE %@ %@", getCanonicalName(tableOf(*last)), quoteIdentifier(last->getName()),
+    return text("ALTER TABLE %@ CHANGE %@ %@", getCanonicalName(table), quoteIdentifier(last->getName()),
                 exportSQLField(*last, last));
 }
 
@@ -62,19 +71,17 @@ bool MySQLExporter::definitionDiffers(SQLField& field, SQLField& databaseField) 
     const std::string definition = exportSQLField(field, &databaseField);
     if (definition == databaseDefinition) return false;
 
-    /// The new column as it would read with another type or size, in the same table.
+    /// The new column as it would read with another type or size. The copy stands in no table, where the column itself
+    /// would keep it from AUTO_INCREMENT.
     const auto definitionOfVariant = [&](auto change) {
         auto variant = copyOf(field);
-        variant->setParent(field.parent());
         change(*variant);
-        std::string sql = exportSQLField(*variant, &databaseField);
-        variant->setParent(nullptr);
-        return sql;
+        return exportSQLField(*variant, &databaseField);
     };
     bool differs = true;
     if (Preferences::shared().boolForKey(prefs::preventTypeSizeUpdateWhenNil) && field.getDataTypeSize().empty())
         differs = definitionOfVariant([&](SQLField& variant) { variant.setTypeSize(databaseField.getDataTypeSize()); }) != databaseDefinition;
-    if (equalIgnoringCase(field.getDataType(), "BOOL") && equalIgnoringCase(databaseField.getDataType(), "TINYINT") &&
+    if (isBoolForTinyint(field, databaseField) &&
         definitionOfVariant([&](SQLField& variant) { variant.setType(databaseField.getFullTypeString()); }) == databaseDefinition) {
         log("type types are synonymous (not modified)");
         differs = false;
@@ -84,15 +91,16 @@ bool MySQLExporter::definitionDiffers(SQLField& field, SQLField& databaseField) 
 }
 
 std::string MySQLExporter::alterColumnSpecification(SQLField& field, SQLField& databaseField) {
-    const bool synonyms = equalIgnoringCase(field.getDataType(), "BOOL") && equalIgnoringCase(databaseField.getDataType(), "TINYINT");
-    const bool typeDiffers = field.getDataType() != databaseField.getDataType() && !synonyms;
+    const bool typeDiffers = field.getDataType() != databaseField.getDataType() && !isBoolForTinyint(field, databaseField);
     const bool sizeDiffers = field.getDataTypeSize() != databaseField.getDataTypeSize() && !field.getDataTypeSize().empty();
     const bool changed = definitionDiffers(field, databaseField) || typeDiffers || sizeDiffers;
     return changed || shouldAlterColumnComment(field, databaseField) ? alterColumnInstruction(field, databaseField) : std::string();
 }
 
 std::string MySQLExporter::alterColumnInstruction(SQLField& field, SQLField& databaseField) {
-    return text("ALTER TABLE %@ CHANGE %@ %@", getCanonicalName(tableOf(field)), quoteIdentifier(databaseField.getName()),
+    SQLTable* table = field.parentTable();
+    if (!table) return {};
+    return text("ALTER TABLE %@ CHANGE %@ %@", getCanonicalName(*table), quoteIdentifier(databaseField.getName()),
                 exportSQLField(field, &databaseField));
 }
 
@@ -101,18 +109,18 @@ bool MySQLExporter::shouldAlterColumnComment(SQLField& field, SQLField& database
 }
 
 std::string MySQLExporter::alterUniqueConstraint(SQLField& field, SQLField& dbField) {
-    if (field.isUnique() || !dbField.isUnique()) return {};
-    SQLTable& table = tableOf(dbField);
-    if (!dbField.connectedObjects().empty() && !table.fieldIsIndexedNotUnique(dbField)) return {};
+    SQLTable* table = dbField.parentTable();
+    if (!table || field.isUnique() || !dbField.isUnique()) return {};
+    if (!dbField.connectedObjects().empty() && !table->fieldIsIndexedNotUnique(dbField)) return {};
     std::string indexName = dbField.getProperty(keys::uniqueIndexName);
     if (indexName.empty()) indexName = dbField.getName();
     const bool isLive = currentExporter() != nullptr;
     if (indexName.empty()) {
         if (isLive) log("NOTE: dropIndexInstruction = nil");
-        return text("/* want to drop unique index on %@, but don't know constrant name*/", commentText(table.getName()));
+        return text("/* want to drop unique index on %@, but don't know constrant name*/", commentText(table->getName()));
     }
     // Kept: neither name is quoted.
-    const std::string tableName = writesRunnableScripts() ? getCanonicalName(table) : table.getName();
+    const std::string tableName = writesRunnableScripts() ? getCanonicalName(*table) : table->getName();
     const std::string instruction =
         text("ALTER TABLE %@ DROP INDEX %@", tableName, writesRunnableScripts() ? quoteIdentifier(indexName) : indexName);
     if (isLive) log(text("C1 - DropIndexInstruction = %@", instruction));
@@ -123,13 +131,13 @@ Statements MySQLExporter::postLoadAlterSQLFieldAsVector(SQLField& field, SQLFiel
     Statements statements;
     const int difference = foreignKeyMatches(field, databaseField);
     SQLExportDialect* live = currentExporter().get();
-    if ((difference == 2 || difference == 3) && live && live->className() == "JDBCExportMySQL") {
-        SQLTable& table = tableOf(field);
-        const std::string name = text("%@_%@", table.getBaseName(), getForeignKeyFieldIndexName(field));
-        const auto* existing = as<SQLIndex>(table.getFieldByTypeAndName(isKindOf<SQLIndex>, name));
+    SQLTable* table = field.parentTable();
+    if ((difference == 2 || difference == 3) && table && live && live->className() == "JDBCExportMySQL") {
+        const std::string name = text("%@_%@", table->getBaseName(), getForeignKeyFieldIndexName(field));
+        const auto* existing = as<SQLIndex>(table->getFieldByTypeAndName(isKindOf<SQLIndex>, name));
         const bool isIndexed = field.hasProperty(keys::unique) || field.hasProperty(keys::indexed) ||
                                (existing && existing->indexContainsField(field));
-        if (!field.getPrimaryKey() && !isIndexed && !live->indexExistsNamed(table, name)) {
+        if (!field.getPrimaryKey() && !isIndexed && !live->indexExistsNamed(*table, name)) {
             log("Adding fk Index ");
             statements.push_back(setIndex(field, nullptr));
         }
@@ -141,7 +149,8 @@ Statements MySQLExporter::postLoadAlterSQLFieldAsVector(SQLField& field, SQLFiel
 
 bool MySQLExporter::canDropIndex(SQLIndex& index) {
     if (currentExporter() && currentExporter()->indexExists(index)) return true;
-    const SQLField* field = tableOf(index).getFieldByName(index.getName());
+    const SQLTable* table = index.parentTable();
+    const SQLField* field = table ? table->getFieldByName(index.getName()) : nullptr;
     return field && field->isUnique();
 }
 
@@ -152,26 +161,26 @@ std::string MySQLExporter::dropSQLIndex(SQLIndex& index) {
 }
 
 std::string MySQLExporter::dropSQLIndexWithoutCheck(SQLIndex& index) {
-    return text("ALTER TABLE %@ DROP INDEX %@", getCanonicalName(tableOf(index)), getCanonicalName(index));
+    SQLTable* table = index.parentTable();
+    return table ? text("ALTER TABLE %@ DROP INDEX %@", getCanonicalName(*table), getCanonicalName(index)) : std::string();
 }
 
 std::string MySQLExporter::dropSQLForeignKey(SQLForeignKey& key) {
-    if (wasDropped(key)) return {};
+    SQLTable* table = key.parentTable();
+    if (!table || wasDropped(key)) return {};
     markDropped(key);
-    auto node = alterTableNode(tableOf(key), {"DROP", "FOREIGN KEY"});
+    auto node = alterTableNode(*table, {"DROP", "FOREIGN KEY"});
     node->addChildWithValue(quoteIdentifier(key.getName()));
     return node->string();
 }
 
 std::string MySQLExporter::dropForeignKey(SQLConnectable& key) {
-    if (wasDropped(key)) return {};
-    SQLTable& table = tableOf(key.connectableComponent());
+    SQLTable* table = key.connectableComponent().parentTable();
+    if (!table || wasDropped(key)) return {};
     const std::string id = key.getReferenceId();
-    if (id.empty())
-        return text("/* Need to DROP Foreign Key constraint from field %@(%@), but constraint name unknown */",
-                    commentText(table.getName()), commentText(key.connectableComponent().getName()));
+    if (id.empty()) return unknownForeignKeyComment(key, key.connectableComponent().getName());
     markDropped(key);
-    return text("ALTER TABLE %@ DROP FOREIGN KEY %@", getCanonicalName(table), writesRunnableScripts() ? quoteIdentifier(id) : id);
+    return text("ALTER TABLE %@ DROP FOREIGN KEY %@", getCanonicalName(*table), writesRunnableScripts() ? quoteIdentifier(id) : id);
 }
 
 }  // namespace vellicor

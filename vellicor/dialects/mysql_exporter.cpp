@@ -197,21 +197,24 @@ bool MySQLExporter::fieldCanSupportDefaultValue(SQLField& field) const {
 }
 
 bool MySQLExporter::fieldIsFirstAutoIncrement(SQLField& field) const {
-    const SQLTable& table = tableOf(field);
-    const auto components = table.lockedFields();
+    const SQLTable* table = field.parentTable();
+    if (!table) return true;
+    const auto components = table->lockedFields();
     for (const auto& component : *components) {
         const auto* column = as<SQLField>(component.get());
         if (!column || !column->getAutoIncrement()) continue;
         if (column == &field) return true;
-        if (column->getPrimaryKey() || table.fieldIsIndexed(*column)) return false;
+        if (column->getPrimaryKey() || table->fieldIsIndexed(*column)) return false;
     }
     return true;
 }
 
 bool MySQLExporter::fieldCanBeAutoIncrement(SQLField& field, SQLField* compareWith) const {
-    if (!fieldIsFirstAutoIncrement(field)) return false;
-    if (!field.getPrimaryKey() && !tableOf(field).fieldIsIndexed(field)) return false;
-    return !compareWith || compareWith->getPrimaryKey() || tableOf(*compareWith).fieldIsIndexed(*compareWith);
+    const auto isKeyOrIndexed = [](const SQLField& column) {
+        const SQLTable* table = column.parentTable();
+        return column.getPrimaryKey() || (table && table->fieldIsIndexed(column));
+    };
+    return fieldIsFirstAutoIncrement(field) && isKeyOrIndexed(field) && (!compareWith || isKeyOrIndexed(*compareWith));
 }
 
 std::string MySQLExporter::viewCreateStringPart(std::string_view name) { return text("CREATE OR REPLACE VIEW %@ ", name); }

@@ -54,13 +54,16 @@ std::string MySQLExporter::createFieldIndexOnField(SQLField& field, SQLTable& ta
 }
 
 std::string MySQLExporter::createIndexStatement(SQLField& field, std::string_view indexName) {
+    SQLTable* table = field.parentTable();
+    if (!table) return {};
     const auto index = singleColumnIndex(*this, field, indexName);
-    return MySQLIndexExporter::createIndexStringForindex(*index, tableOf(field), *this);
+    return MySQLIndexExporter::createIndexStringForindex(*index, *table, *this);
 }
 
 std::string MySQLExporter::setIndex(SQLField& field, SQLIndex*) {
     const std::string name = getForeignKeyFieldIndexName(field);
-    if (tableOf(field).getFieldByTypeAndName(isKindOf<SQLIndex>, name)) return {};
+    const SQLTable* table = field.parentTable();
+    if (!table || table->getFieldByTypeAndName(isKindOf<SQLIndex>, name)) return {};
     return createIndexStatement(field, name);
 }
 
@@ -73,7 +76,8 @@ std::string MySQLExporter::indexSizeStringForField(SQLField& field, SQLIndex* in
 }
 
 bool MySQLExporter::shouldAddIndexForFK(SQLField& field, std::string_view) const {
-    const SQLTable::Fields primaryKey = tableOf(field).primaryKeyObjectList();
+    const SQLTable* table = field.parentTable();
+    const SQLTable::Fields primaryKey = table ? table->primaryKeyObjectList() : SQLTable::Fields();
     if (field.getPrimaryKey() && !primaryKey.empty() && primaryKey.front() == &field) return false;
     return !field.isUnique();
 }

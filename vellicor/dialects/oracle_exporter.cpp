@@ -34,27 +34,31 @@ std::string OracleSQLExporter::addField(SQLField& field, SQLTable& table) {
 }
 
 std::string OracleSQLExporter::addColumn(SQLField& field) {
-    return text("ALTER TABLE %@ ADD %@", getCanonicalName(tableOf(field)), export_(field));
+    SQLTable* table = field.parentTable();
+    return table ? text("ALTER TABLE %@ ADD %@", getCanonicalName(*table), export_(field)) : std::string();
 }
 
 std::string OracleSQLExporter::dropSQLField(SQLField& field) {
-    return text("ALTER TABLE %@  DROP COLUMN %@", getCanonicalName(tableOf(field)), quoteIdentifier(field.getName()));
+    SQLTable* table = field.parentTable();
+    if (!table) return {};
+    return text("ALTER TABLE %@  DROP COLUMN %@", getCanonicalName(*table), quoteIdentifier(field.getName()));
 }
 
 Statements OracleSQLExporter::alterSQLFieldAsVector(SQLField& field, SQLField& curField, SQLObject*) {
     return {alterColumnSpecification(field, curField), alterDefault(field, curField)};
 }
 
-SourceNodePtr OracleSQLExporter::modifyNode(SQLField& field) {
-    auto node = alterTableNode(tableOf(field), {"MODIFY"});
+SourceNodePtr OracleSQLExporter::modifyNode(SQLField& field, SQLTable& table) {
+    auto node = alterTableNode(table, {"MODIFY"});
     node->addChildWithValue(quoteIdentifier(field.getName()));
     return node;
 }
 
 std::string OracleSQLExporter::alterColumnSpecification(SQLField& field, SQLField& curField) {
     const ColumnChanges changes(field, curField);
-    if (!changes.needAlter()) return {};
-    auto node = modifyNode(field);
+    SQLTable* table = field.parentTable();
+    if (!table || !changes.needAlter()) return {};
+    auto node = modifyNode(field, *table);
     node->addChildWithValue(field.getType());
     if (changes.nullability()) node->addChildWithValue(field.getNotNull() || field.getPrimaryKey() ? "NOT NULL" : "NULL");
     return node->string();
@@ -62,8 +66,9 @@ std::string OracleSQLExporter::alterColumnSpecification(SQLField& field, SQLFiel
 
 std::string OracleSQLExporter::alterDefault(SQLField& field, SQLField& curField) {
     const std::string value = field.getDefaultValue();
-    if (value == curField.getDefaultValue()) return {};
-    auto node = modifyNode(field);
+    SQLTable* table = field.parentTable();
+    if (!table || value == curField.getDefaultValue()) return {};
+    auto node = modifyNode(field, *table);
     if (value.empty()) {
         node->addChildWithValue("DEFAULT NULL");
     } else {

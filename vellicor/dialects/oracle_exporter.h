@@ -36,7 +36,7 @@ public:
     std::string alterDefault(SQLField& field, SQLField& curField);
 
 private:
-    SourceNodePtr modifyNode(SQLField& field);
+    SourceNodePtr modifyNode(SQLField& field, SQLTable& table);
 };
 
 }  // namespace vellicor

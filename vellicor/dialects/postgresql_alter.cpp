@@ -21,7 +21,11 @@ std::string PostgresqlExporter::postgresComment(SQLObject& object) {
     else
         return {};
     std::string name = getCanonicalName(object);
-    if (auto* component = as<SQLTableComponent>(&object)) name = text("%@.%@", getCanonicalName(tableOf(*component)), name);
+    if (auto* component = as<SQLTableComponent>(&object)) {
+        SQLTable* table = component->parentTable();
+        if (!table) return {};
+        name = text("%@.%@", getCanonicalName(*table), name);
+    }
     const std::string comment = object.getComment();
     if (writesRunnableScripts())
         return text("COMMENT ON %@ %@ is %@%@", kind, name, runnableTextLiteral(comment), instructionSeparator());
@@ -74,24 +78,26 @@ Statements PostgresqlExporter::alterSQLFieldAsVector(SQLField& field, SQLField& 
             alterDefault(field, curField), postgresComment(field)};
 }
 
-SourceNodePtr PostgresqlExporter::alterColumnNode(SQLField& field, std::initializer_list<std::string_view> words) {
-    auto node = alterTableNode(tableOf(field), {"ALTER COLUMN"});
+std::string PostgresqlExporter::alterColumnStatement(SQLField& field, std::initializer_list<std::string_view> words) {
+    SQLTable* table = field.parentTable();
+    if (!table) return {};
+    auto node = alterTableNode(*table, {"ALTER COLUMN"});
     node->addChildWithValue(quoteIdentifier(field.getName()));
     for (std::string_view word : words) node->addChildWithValue(word);
-    return node;
+    return node->string();
 }
 
 std::string PostgresqlExporter::alterNotNull(SQLField& field, SQLField& curField) {
     const bool notNull = field.getNotNull();
     if (notNull == curField.getNotNull() || (field.getPrimaryKey() && !notNull)) return {};
-    return alterColumnNode(field, {notNull ? "SET" : "DROP", "NOT NULL"})->string();
+    return alterColumnStatement(field, {notNull ? "SET" : "DROP", "NOT NULL"});
 }
 
 std::string PostgresqlExporter::alterDefault(SQLField& field, SQLField& curField) {
     const std::string value = field.getDefaultValue();
     if (value == curField.getDefaultValue()) return {};
-    if (value.empty()) return alterColumnNode(field, {"DROP DEFAULT"})->string();
-    return alterColumnNode(field, {"SET", "DEFAULT", quoteDefaultValue(value, field)})->string();
+    if (value.empty()) return alterColumnStatement(field, {"DROP DEFAULT"});
+    return alterColumnStatement(field, {"SET", "DEFAULT", quoteDefaultValue(value, field)});
 }
 
 SourceNodePtr PostgresqlExporter::dropPrimaryKeyInstruction(SQLTable& table) {
@@ -102,7 +108,9 @@ SourceNodePtr PostgresqlExporter::dropPrimaryKeyInstruction(SQLTable& table) {
 }
 
 std::string PostgresqlExporter::alterSQLConstraint(SQLConstraint& constraint, SQLConstraint& oldConstraint) {
-    auto node = alterTableNode(tableOf(oldConstraint), {});
+    SQLTable* table = oldConstraint.parentTable();
+    if (!table) return {};
+    auto node = alterTableNode(*table, {});
     auto changes = node->addChildNode();
     changes->setInfixValue(",");
     changes->setInfixSpaceAfter(" ");

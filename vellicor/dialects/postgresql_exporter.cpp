@@ -2,7 +2,6 @@
 #include "vellicor/dialects/postgresql_exporter.h"
 
 #include <algorithm>
-#include <set>
 
 #include "vellicor/export/exporter_common.h"
 #include "vellicor/export/sql_identifiers.h"
@@ -175,19 +174,6 @@ std::string PostgresqlExporter::addDefaultQuotes(std::string_view value) {
 }
 
 // === create script
-
-std::string PostgresqlExporter::prologueSQLContainer(SQLContainer& container) {
-    std::string sql = GenericSQLExporter::prologueSQLContainer(container);
-    if (!writesRunnableScripts()) return sql;
-    std::set<std::string> schemas;
-    for (const auto& object : container.objectList())
-        if (auto* table = as<SQLTable>(object.get()); table && canExportObject(*table))
-            if (const std::string schema = schemaNameForTable(*table); !schema.empty()) schemas.insert(schema);
-    std::string creation;
-    for (const std::string& schema : schemas)
-        creation += text("CREATE SCHEMA IF NOT EXISTS %@%@\n", quoteIdentifier(trimmed(schema)), instructionSeparator());
-    return creation + sql;
-}
 
 std::string PostgresqlExporter::exportSQLTable(SQLTable& table) {
     auto node = QVSourceNode::node();

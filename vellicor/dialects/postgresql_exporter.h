@@ -58,8 +58,6 @@ public:
     [[nodiscard]] OptionalText foreignKeyConstraintName(SQLConnectable& key) override;
 
     // Create script
-    /// Runnable scripts create the schemas that they use.
-    std::string prologueSQLContainer(SQLContainer& container) override;
     std::string exportSQLTable(SQLTable& table) override;
     virtual SourceNodePtr tablePropertiesNode(SQLTable& table);
     std::string exportSQLField(SQLField& field) override;
@@ -95,7 +93,8 @@ public:
     std::string changeOwnerToCurrent(SQLObject& object) override;
 
 private:
-    SourceNodePtr alterColumnNode(SQLField& field, std::initializer_list<std::string_view> words);
+    /// "ALTER TABLE … ALTER COLUMN …" and the words; empty for a column without a table.
+    std::string alterColumnStatement(SQLField& field, std::initializer_list<std::string_view> words);
 };
 
 class RedshiftExporter final : public PostgresqlExporter {

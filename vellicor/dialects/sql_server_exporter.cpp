@@ -69,13 +69,15 @@ SourceNodePtr SQLServerExporter::primaryKeyBlock(SQLTable& table) {
 }
 
 std::string SQLServerExporter::addColumn(SQLField& field) {
-    return text("ALTER TABLE %@ ADD %@", getCanonicalName(tableOf(field)), export_(field));
+    SQLTable* table = field.parentTable();
+    return table ? text("ALTER TABLE %@ ADD %@", getCanonicalName(*table), export_(field)) : std::string();
 }
 
 std::string SQLServerExporter::dropSQLIndex(SQLIndex& index) {
-    SQLTable& table = tableOf(index);
+    SQLTable* table = index.parentTable();
+    if (!table) return {};
     return text("DROP INDEX %@ ON %@", quoteIdentifier(index.getName()),
-                writesRunnableScripts() ? getCanonicalName(table) : quoteIdentifier(table.getName()));
+                writesRunnableScripts() ? getCanonicalName(*table) : quoteIdentifier(table->getName()));
 }
 
 std::string SQLServerExporter::dropPrimaryKeyInstruction(SQLTable& table, const OptionalText& constraintName) {
@@ -97,8 +99,9 @@ Statements SQLServerExporter::alterSQLFieldAsVector(SQLField& field, SQLField& c
 }
 
 std::string SQLServerExporter::alterColumnSpecification(SQLField& field, SQLField& curField) {
-    if (!ColumnChanges(field, curField).needAlter()) return {};
-    auto node = alterTableNode(tableOf(field), {"ALTER COLUMN"});
+    SQLTable* table = field.parentTable();
+    if (!table || !ColumnChanges(field, curField).needAlter()) return {};
+    auto node = alterTableNode(*table, {"ALTER COLUMN"});
     node->addChildWithValue(quoteIdentifier(field.getName()));
     node->addChildWithValue(field.getType());
     node->addChildWithValue(field.getNotNull() || field.getPrimaryKey() ? "NOT NULL" : "NULL");

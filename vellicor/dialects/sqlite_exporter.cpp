@@ -38,7 +38,7 @@ std::string SQLiteExporter::viewQuery(SQLView& view) {
     // A qualified name, not inside a longer one; texts in quotes stand for themselves.
     static const RegularExpression name(R"('[^']*'|"[^"]*"|\b\w+\.\w+\b)");
     std::string query = view.queryString();
-    if (_canonicalNames.empty()) return query;
+    if (!writesRunnableScripts() || _canonicalNames.empty()) return query;
     std::string rewritten;
     std::size_t copied = 0;
     for (const auto& match : name.allMatches(query)) {
@@ -145,8 +145,15 @@ std::string SQLiteExporter::dropIndex(SQLField& field, SQLTable& table) {
 }
 
 std::string SQLiteExporter::alterSQLIndex(SQLIndex& index, SQLIndex& oldIndex) {
-    std::string sql = text("DROP INDEX %@;", quoteIdentifier(oldIndex.getName()));
     SQLTable* table = index.parentTable() ? index.parentTable() : oldIndex.parentTable();
+    if (writesRunnableScripts()) {
+        if (!table) return {};
+        // The name is the one under which the index was made.
+        SQLTable& oldTable = oldIndex.parentTable() ? *oldIndex.parentTable() : *table;
+        return text("DROP INDEX %@%@%@\n%@", ifExists(), getNameForIndexWithIndex(oldTable, oldIndex), instructionSeparator(),
+                    addIndex(index, *table));
+    }
+    std::string sql = text("DROP INDEX %@;", quoteIdentifier(oldIndex.getName()));
     const IndexStatementForm bare{.addSeparator = false, .addCreateInstruction = false, .withTableName = false};
     const std::string statement = table ? ExporterCommon::addIndex(index, *table, *this, bare) : std::string();
     if (!statement.empty()) {

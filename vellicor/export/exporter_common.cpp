@@ -50,8 +50,9 @@ std::string ExporterCommon::addIndex(SQLIndex& index, SQLTable& table, GenericSQ
     if (!exporter.checkIndexValid(index)) return {};
     const std::string condition = exporter.ifNotExists(exporter.supportsIfNotExistsSQLIndex());
     const bool isEmpty = index.indexListCount() == 0;  // a remark, which takes no name
-    const std::string name = isEmpty ? exporter.getNameForIndex(table, index.getName())
-                                     : exporter.nameForIndexStatement(table, index.getName());
+    const bool isNumbered = GenericSQLExporter::writesRunnableScripts() && !isEmpty;
+    const std::string name = isNumbered ? exporter.nameForIndexStatement(table, index.getName())
+                                        : exporter.getNameForIndexWithIndex(table, index);
     const std::string place = form.withTableName ? text("ON %@ ", exporter.getCanonicalName(table)) : std::string();
     std::string sql(form.addCreateInstruction ? "CREATE " : "");
     sql += exporter.indexTypeInScript(index);

@@ -154,7 +154,9 @@ bool GenericSQLExporter::canDropIndexedProperty(SQLField& curField, SQLField&) {
 
 std::string GenericSQLExporter::dropIndex(SQLField& field, SQLTable& table) {
     const std::string keyName = field.getProperty(keys::indexedKeyName);
-    const std::string name = keyName.empty() ? fieldIndexName(field, table) : quoteIdentifier(keyName);
+    // Kept: in classic text a name that is there but empty is a name.
+    const bool isNamed = writesRunnableScripts() ? !keyName.empty() : field.hasProperty(keys::indexedKeyName);
+    const std::string name = isNamed ? quoteIdentifier(keyName) : fieldIndexName(field, table);
     logDropIndexName(name, field);
     return text("ALTER TABLE %@ DROP INDEX %@%@\n", getCanonicalName(table), name, instructionSeparator());
 }
