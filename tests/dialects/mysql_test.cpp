@@ -102,6 +102,8 @@ TEST(MySQL, IndexesHavePrefixSizesAndTwoForms) {
     EXPECT_EQ(forced->addIndex(index), "ALTER TABLE t ADD UNIQUE INDEX i (a(3),b(50),c);\n");
     ScopedPreference alter(prefs::useAlterTableForMySQLIndexCreation);
     EXPECT_EQ(mysql()->addIndex(index), forced->addIndex(index));
+    index.setIndexType("UNIQUE ");
+    EXPECT_EQ(mysql()->addIndex(index), "ALTER TABLE t ADD UNIQUE  INDEX i (a(3),b(50),c);\n") << "the type as it is";
 }
 
 TEST(MySQL, IndexedAndReferencingColumnsGetIndexes) {
@@ -165,10 +167,12 @@ TEST(MySQL, AlteredColumns) {
     EXPECT_THAT(alter("a int comment=x", "a int"), ElementsAre("ALTER TABLE t CHANGE a a int COMMENT 'x'", ""));
     EXPECT_THAT(alter("a BOOL", "a TINYINT"), ElementsAre("", ""));
     EXPECT_THAT(log.lines(), ::testing::Contains("type types are synonymous (not modified)"));
+    EXPECT_THAT(alter("a bool", "a tinyint"), ElementsAre("ALTER TABLE t CHANGE a a bool", "")) << "exact words";
     EXPECT_THAT(alter("a int", "a int unique"), ElementsAre("ALTER TABLE t CHANGE a a int", "ALTER TABLE t DROP INDEX a"));
     EXPECT_THAT(alter("a int", "a int(11)"), ElementsAre("ALTER TABLE t CHANGE a a int", ""));
     ScopedPreference sizes(prefs::preventTypeSizeUpdateWhenNil);
     EXPECT_THAT(alter("a int", "a int(11)"), ElementsAre("", ""));
+    EXPECT_THAT(alter("a int pk auto", "a int(11) pk auto"), ElementsAre("", "")) << "the key keeps AUTO_INCREMENT";
 }
 
 TEST(MySQL, DroppedIndexesAndKeys) {

@@ -88,6 +88,14 @@ TEST(Postgresql, TablesDropsAndTablespaces) {
     EXPECT_EQ(exporter->dropTable(t), "\nDROP TABLE IF EXISTS t CASCADE;\n\n");
 }
 
+TEST(Postgresql, RunnableScriptsCreateEachSchemaOnce) {
+    constexpr auto design = "s.t(a int);;s.u(b int)";
+    const std::string tables = "\nCREATE TABLE s.t\n(\na int\n);\n\nCREATE TABLE s.u\n(\nb int\n);\n\n";
+    EXPECT_EQ(scriptOf("postgres", design), "\n" + tables);
+    ScopedPreference runnable(prefs::runnableScripts);
+    EXPECT_EQ(scriptOf("postgres", design), "\nCREATE SCHEMA IF NOT EXISTS s;\n" + tables);
+}
+
 TEST(Postgresql, UniqueIndexesAreConstraints) {
     auto container = document("t(a int; b int; index i (a,b); index u UNIQUE (a,b); constraint c CHECK [a > 0])");
     SQLTable& t = *table(*container, "t");

@@ -7,6 +7,7 @@
 #include "tests/support/scoped_preference.h"
 #include "vellicor/dialects/sqlite_exporter.h"
 #include "vellicor/model/index.h"
+#include "vellicor/model/view.h"
 #include "vellicor/platform/preference_keys.h"
 
 namespace vellicor {
@@ -80,7 +81,26 @@ TEST(SQLite, AlteredIndexKeepsItsDoubledSeparator) {
     auto other = document("t(a INT; index old (a))");
     SQLIndex& index = *table(*container, "t")->indexObjectsInTable().front();
     SQLIndex& old = *table(*other, "t")->indexObjectsInTable().front();
-    EXPECT_EQ(exporterOf("SQLite")->alterSQLIndex(index, old), "DROP INDEX old;;\nADD  INDEX i (a);\n");
+    const auto changed = [&] { return exporterOf("SQLite")->alterSQLIndex(index, old); };
+    EXPECT_EQ(changed(), "DROP INDEX old;;\nADD  INDEX i (a);\n");
+    ScopedPreference runnable(prefs::runnableScripts);
+    EXPECT_EQ(changed(), "DROP INDEX IF EXISTS old;\nCREATE  INDEX i ON t (a);\n");
+    EXPECT_EQ(exporterOf("SQLite")->alterSQLIndex(*SQLIndex::index(), *SQLIndex::index()), "");
+    ScopedPreference prefixes(prefs::addTablePrefixToIndexNamesInExport);
+    EXPECT_EQ(changed(), "DROP INDEX IF EXISTS t_old;\nCREATE  INDEX t_i ON t (a);\n") << "as it was made";
+}
+
+TEST(SQLite, ClassicViewsForgetTheNamesOfARunnableScript) {
+    auto container = document("sales.t(a INT)");
+    auto view = SQLView::viewWithName("v");
+    view->setQueryString("SELECT a FROM sales.t");
+    container->add(view);
+    auto exporter = create<SQLiteExporter>();
+    {
+        ScopedPreference runnable(prefs::runnableScripts);
+        EXPECT_THAT(exporter->export_(*container), HasSubstr("CREATE VIEW v  AS SELECT a FROM sales_t;"));
+    }
+    EXPECT_EQ(exporter->export_(*view), "CREATE VIEW v  AS SELECT a FROM sales.t;");
 }
 
 }  // namespace

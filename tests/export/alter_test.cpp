@@ -2,6 +2,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "tests/support/dialect_text.h"
 #include "tests/support/document_builder.h"
 #include "tests/support/log_capture.h"
 #include "tests/support/scoped_preference.h"
@@ -33,6 +34,12 @@ public:
     bool supportsIfNotExistsSQLIndex() const override { return true; }
     bool useIndexPrefixSize() const override { return true; }
     std::string prefixForIndexedProperty(SQLField& field) override { return field.parentTable()->getBaseName() + "_"; }
+};
+
+/// Names indexes in its own way.
+class NamingExporter : public GenericSQLExporter {
+public:
+    std::string getNameForIndexWithIndex(SQLTable&, SQLIndex& index) override { return "own_" + index.getName(); }
 };
 
 /// Stands for a live database that already holds every index.
@@ -152,6 +159,46 @@ TEST_F(Alter, NothingRaisesForDetachedObjects) {
     EXPECT_THAT(generic->alterIndexedProperty(*lost, *old.id), IsEmpty());
     EXPECT_THAT(captured.lines(),
                 ElementsAre("[INDEXED FIELD] checking for index existance", "Export Error: missing index object"));
+}
+
+TEST(AlterInDialects, NothingRaisesForDetachedComponents) {
+    ScopedPreference comments(prefs::usePostgresComments);
+    auto old = SQLField::fieldWithName("a", "int");
+    auto now = SQLField::fieldWithName("a", "int");
+    now->setPrimaryKey(true);
+    now->setAutoIncrement(true);
+    now->setNotNull(true);
+    now->setDefaultValue("1");
+    now->setComment("note");
+    auto unique = SQLField::fieldWithName("a", "int");
+    unique->setUnique(true);
+    auto index = SQLIndex::indexWithName("i");
+    auto constraint = SQLConstraint::initWithName("c");
+    auto key = SQLForeignKey::initWithName("k");
+    LogCapture captured;
+    for (const char* dialect : {"generic", "OpenBase", "SQLite", "sybase", "postgres", "FileMaker", "SQLServer",
+                                "Redshift", "mysql", "Oracle"}) {
+        auto exporter = testing::exporterOf(dialect);
+        EXPECT_EQ(joined(exporter->alterSQLFieldAsVector(*now, *old, nullptr), ""), "") << dialect;
+        EXPECT_EQ(joined(exporter->postLoadAlterAsVector(*now, *old), ""), "") << dialect;
+        EXPECT_EQ(exporter->alterUniqueConstraint(*old, *unique), "") << dialect;
+        EXPECT_EQ(exporter->alterSQLConstraint(*constraint, *constraint), "") << dialect;
+        EXPECT_EQ(exporter->addIndex(*index), "") << dialect;
+        EXPECT_NE(exporter->export_(*now), "") << dialect << ": the column itself needs no table";
+        now->setType("bigint");
+        (void)exporter->alterType(*now, *old);
+        now->setType("int");
+        (void)exporter->drop(*now);
+    }
+    EXPECT_EQ(testing::exporterOf("Oracle")->addColumn(*now), "");
+    EXPECT_EQ(testing::exporterOf("Oracle")->drop(*now), "");
+    EXPECT_EQ(testing::exporterOf("SQLServer")->addColumn(*now), "");
+    EXPECT_EQ(testing::exporterOf("SQLServer")->drop(*index), "");
+    auto mysql = testing::exporterOf("mysql");
+    EXPECT_EQ(mysql->drop(*index), "");
+    EXPECT_EQ(mysql->drop(*key), "");
+    EXPECT_EQ(mysql->dropForeignKey(*key), "");
+    EXPECT_EQ(mysql->createIndexStatement(*now, "i"), "");
 }
 
 // --- dropping keys
@@ -328,6 +375,12 @@ TEST_F(Alter, IndexedFlagSwitchedOff) {
                             ::testing::MatchesRegex("dropIndexName = b_note_idx \\{.*indexed = 1.*\\}")));
     old.note->setProperty(keys::indexedKeyName, "named");
     EXPECT_THAT(indexChange(*generic), ElementsAre("ALTER TABLE s.b DROP INDEX named;\n"));
+    old.note->setProperty(keys::indexedKeyName, "");
+    EXPECT_THAT(indexChange(*generic), ElementsAre("ALTER TABLE s.b DROP INDEX ;\n")) << "kept: no name is a name too";
+    {
+        ScopedPreference runnable(prefs::runnableScripts);
+        EXPECT_THAT(indexChange(*generic), ElementsAre("ALTER TABLE s.b DROP INDEX b_note_idx;\n"));
+    }
     old.note->setProperty(keys::indexedKeyName, "i");
     EXPECT_THAT(indexChange(*generic), IsEmpty()) << "the index is the table's";
     EXPECT_EQ(captured.lines().back(), "canDropIndex = NO");
@@ -374,6 +427,7 @@ TEST_F(Alter, SharedIndexStatement) {
               "CREATE  INDEX IF NOT EXISTS i ON s.b (a_id,note(8))");
     now.index->setIndexType("REFUSED");
     EXPECT_EQ(indexStatement(*exporter), "");
+    EXPECT_EQ(indexStatement(*create<NamingExporter>()), "CREATE REFUSED INDEX own_i ON s.b (a_id,note);\n");
 }
 
 TEST_F(Alter, SharedTypeAndDrops) {

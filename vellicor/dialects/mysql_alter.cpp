@@ -71,8 +71,8 @@ bool MySQLExporter::definitionDiffers(SQLField& field, SQLField& databaseField) 
     const std::string definition = exportSQLField(field, &databaseField);
     if (definition == databaseDefinition) return false;
 
-    /// The new column as it would read with another type or size. The copy stands in no table, where the column itself
-    /// would keep it from AUTO_INCREMENT.
+    // The new column as it would read with another type or size. The copy stands in no table: there the column itself
+    // would count as an earlier one with AUTO_INCREMENT.
     const auto definitionOfVariant = [&](auto change) {
         auto variant = copyOf(field);
         change(*variant);
@@ -91,7 +91,8 @@ bool MySQLExporter::definitionDiffers(SQLField& field, SQLField& databaseField) 
 }
 
 std::string MySQLExporter::alterColumnSpecification(SQLField& field, SQLField& databaseField) {
-    const bool typeDiffers = field.getDataType() != databaseField.getDataType() && !isBoolForTinyint(field, databaseField);
+    const bool sameType = field.getDataType() == databaseField.getDataType();
+    const bool typeDiffers = !sameType && !isBoolForTinyint(field, databaseField);
     const bool sizeDiffers = field.getDataTypeSize() != databaseField.getDataTypeSize() && !field.getDataTypeSize().empty();
     const bool changed = definitionDiffers(field, databaseField) || typeDiffers || sizeDiffers;
     return changed || shouldAlterColumnComment(field, databaseField) ? alterColumnInstruction(field, databaseField) : std::string();
@@ -117,7 +118,8 @@ std::string MySQLExporter::alterUniqueConstraint(SQLField& field, SQLField& dbFi
     const bool isLive = currentExporter() != nullptr;
     if (indexName.empty()) {
         if (isLive) log("NOTE: dropIndexInstruction = nil");
-        return text("/* want to drop unique index on %@, but don't know constrant name*/", commentText(table->getName()));
+        return text("/* want to drop unique index on %@, but don't know constrant name*/",
+                    commentText(table->getName()));
     }
     // Kept: neither name is quoted.
     const std::string tableName = writesRunnableScripts() ? getCanonicalName(*table) : table->getName();
@@ -162,7 +164,8 @@ std::string MySQLExporter::dropSQLIndex(SQLIndex& index) {
 
 std::string MySQLExporter::dropSQLIndexWithoutCheck(SQLIndex& index) {
     SQLTable* table = index.parentTable();
-    return table ? text("ALTER TABLE %@ DROP INDEX %@", getCanonicalName(*table), getCanonicalName(index)) : std::string();
+    if (!table) return {};
+    return text("ALTER TABLE %@ DROP INDEX %@", getCanonicalName(*table), getCanonicalName(index));
 }
 
 std::string MySQLExporter::dropSQLForeignKey(SQLForeignKey& key) {
@@ -180,7 +183,8 @@ std::string MySQLExporter::dropForeignKey(SQLConnectable& key) {
     const std::string id = key.getReferenceId();
     if (id.empty()) return unknownForeignKeyComment(key, key.connectableComponent().getName());
     markDropped(key);
-    return text("ALTER TABLE %@ DROP FOREIGN KEY %@", getCanonicalName(*table), writesRunnableScripts() ? quoteIdentifier(id) : id);
+    return text("ALTER TABLE %@ DROP FOREIGN KEY %@", getCanonicalName(*table),
+                writesRunnableScripts() ? quoteIdentifier(id) : id);
 }
 
 }  // namespace vellicor

@@ -150,8 +150,8 @@ std::string SQLiteExporter::alterSQLIndex(SQLIndex& index, SQLIndex& oldIndex) {
         if (!table) return {};
         // The name is the one under which the index was made.
         SQLTable& oldTable = oldIndex.parentTable() ? *oldIndex.parentTable() : *table;
-        return text("DROP INDEX %@%@%@\n%@", ifExists(), getNameForIndexWithIndex(oldTable, oldIndex), instructionSeparator(),
-                    addIndex(index, *table));
+        const std::string name = getNameForIndexWithIndex(oldTable, oldIndex);
+        return text("DROP INDEX %@%@%@\n%@", ifExists(), name, instructionSeparator(), addIndex(index, *table));
     }
     std::string sql = text("DROP INDEX %@;", quoteIdentifier(oldIndex.getName()));
     const IndexStatementForm bare{.addSeparator = false, .addCreateInstruction = false, .withTableName = false};

@@ -13,8 +13,10 @@ namespace vellicor {
 
 namespace {
 
-bool isFirstAutoIncrement(const SQLTable& table, const SQLField& field) {
-    const auto components = table.lockedFields();
+bool isFirstAutoIncrement(const SQLField& field) {
+    const SQLTable* table = field.parentTable();
+    if (!table) return false;
+    const auto components = table->lockedFields();
     for (const auto& component : *components)
         if (const auto* column = as<SQLField>(component.get()); column && column->getAutoIncrement()) return column == &field;
     return false;
@@ -65,7 +67,7 @@ std::string SybaseStyleExporter::exportSQLField(SQLField& field) {
         sql += text(" DEFAULT %@", writesRunnableScripts() ? quoteDefaultValue(value, field) : quoteForSQL(value));
     }
     sql += nodeText(inlineCheckConstraint(field));
-    if (field.getAutoIncrement() && field.parentTable() && isFirstAutoIncrement(*field.parentTable(), field)) sql += " IDENTITY";
+    if (field.getAutoIncrement() && isFirstAutoIncrement(field)) sql += " IDENTITY";
     return sql;
 }
 
