@@ -1,8 +1,9 @@
 # Warnings and sanitizers, linked privately by every target of this project and by nobody else.
 add_library(vellicor_build_options INTERFACE)
-# GCC 12 sees overlapping copies in std::string where there are none once it optimises.
+# Once GCC 12 optimises it sees overlapping copies in std::string, and values without content in std::variant, where there
+# are none.
 target_compile_options(vellicor_build_options INTERFACE
-  -Wall -Wextra $<$<AND:$<CXX_COMPILER_ID:GNU>,$<CONFIG:Release,RelWithDebInfo>>:-Wno-restrict>
+  -Wall -Wextra "$<$<AND:$<CXX_COMPILER_ID:GNU>,$<CONFIG:Release,RelWithDebInfo>>:-Wno-restrict;-Wno-maybe-uninitialized>"
   $<$<BOOL:${VELLICOR_WARNINGS_AS_ERRORS}>:-Werror>)
 if(VELLICOR_SANITIZE)
   list(JOIN VELLICOR_SANITIZE "," vellicor_sanitizers)
