@@ -1,0 +1,46 @@
+
+
+/*The companies of the group*/
+CREATE TABLE companies
+(
+company_no INT NOT NULL,
+name VARCHAR(80) NOT NULL UNIQUE ,
+CONSTRAINT PRIMARY KEY (company_no)
+);
+
+CREATE TABLE departments
+(
+company_no INT NOT NULL,
+department_no INT NOT NULL,
+title VARCHAR(80) DEFAULT 'untitled',
+CONSTRAINT department_no_check_cons CHECK (department_no BETWEEN 1 AND 999),
+CONSTRAINT PRIMARY KEY (company_no,department_no)
+);
+
+CREATE TABLE employees
+(
+employee_no SERIAL NOT NULL,
+company_no INT,
+department_no INT,
+manager_no INT,
+salary DECIMAL(10,2),
+CONSTRAINT employees_salary CHECK (salary >= 0),
+CONSTRAINT PRIMARY KEY (employee_no)
+);
+
+CREATE TABLE badges
+(
+badge_no CHAR(8),
+employee_no INT,
+CONSTRAINT PRIMARY KEY (badge_no)
+);
+
+ALTER TABLE departments ADD CONSTRAINT departments_company FOREIGN KEY (company_no) REFERENCES companies (company_no) ON DELETE CASCADE;
+
+CREATE  INDEX departments_title ON departments (title);
+
+ALTER TABLE employees ADD CONSTRAINT employees_manager FOREIGN KEY (manager_no) REFERENCES employees (employee_no) ON DELETE SET NULL;
+
+ALTER TABLE employees ADD CONSTRAINT fk FOREIGN KEY (company_no,department_no) REFERENCES departments (company_no,department_no);
+
+ALTER TABLE badges ADD FOREIGN KEY (employee_no) REFERENCES employees (employee_no);
