@@ -5,6 +5,7 @@
 
 #include "cli/commands.h"
 #include "cli/diagram.h"
+#include "cli/document_command.h"
 #include "cli/document_input.h"
 #include "cli/document_part.h"
 #include "cli/failure.h"
@@ -107,12 +108,7 @@ void addConvertCommand(CLI::App& app, Session& session) {
     command.add_option("--to", options->form, "form of the output; by its extension when not given")
         ->check(CLI::IsMember(formNames()));
     addPartOptions(command, options->part);
-    addPreferenceOptions(command, options->preferences);
-    addJsonOption(command, options->report);
-    addReportOptions(command, options->report);
-    command.callback([options, &session] {
-        session.choose(options->report, [options, &session] { return run(*options, session.messages); });
-    });
+    completeDocumentCommand(command, session, options, run);
 }
 
 }  // namespace vellicor::cli

@@ -7,6 +7,7 @@
 #include "cli/commands.h"
 #include "cli/dialect_names.h"
 #include "cli/document_facts.h"
+#include "cli/document_command.h"
 #include "cli/document_input.h"
 #include "cli/document_part.h"
 #include "cli/failure.h"
@@ -144,12 +145,7 @@ void addExportCommand(CLI::App& app, Session& session) {
     command.add_flag("--honor-ignore", options->honorIgnore, "leave out what the document marks as not to be exported");
     command.add_flag("--classic", options->classic, "the classic text, even where the database would refuse it");
     addPartOptions(command, options->part);
-    addPreferenceOptions(command, options->preferences);
-    addJsonOption(command, options->report);
-    addReportOptions(command, options->report);
-    command.callback([options, &session] {
-        session.choose(options->report, [options, &session] { return run(*options, session.messages); });
-    });
+    completeDocumentCommand(command, session, options, run);
 }
 
 }  // namespace vellicor::cli

@@ -5,6 +5,7 @@
 #include "cli/commands.h"
 #include "cli/dialect_names.h"
 #include "cli/document_facts.h"
+#include "cli/document_command.h"
 #include "cli/document_input.h"
 #include "cli/output.h"
 #include "cli/preference_settings.h"
@@ -135,12 +136,7 @@ void addInfoCommand(CLI::App& app, Session& session) {
     CLI::App& command =
         *app.add_subcommand("info", "show what a document holds: counts, dialect, versions, schemas, labels");
     addDocument(command, options->document);
-    addPreferenceOptions(command, options->preferences);
-    addJsonOption(command, options->report);
-    addReportOptions(command, options->report);
-    command.callback([options, &session] {
-        session.choose(options->report, [options, &session] { return run(*options, session.messages); });
-    });
+    completeDocumentCommand(command, session, options, run);
 }
 
 }  // namespace vellicor::cli
