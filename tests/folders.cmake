@@ -17,6 +17,7 @@ vellicor_tests(model
   container_document_test.cpp
   container_order_test.cpp
   container_test.cpp
+  component_threads_test.cpp
   container_threads_test.cpp
   document_objects_test.cpp
   field_reference_test.cpp

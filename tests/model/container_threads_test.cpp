@@ -1,10 +1,10 @@
 // tests/model/container_threads_test.cpp — two threads on one document; meant for the thread sanitizer.
 #include <gtest/gtest.h>
 
-#include <atomic>
 #include <thread>
 #include <vector>
 
+#include "tests/support/two_threads.h"
 #include "vellicor/model/container.h"
 #include "vellicor/model/table.h"
 
@@ -22,29 +22,24 @@ TEST(ContainerThreads, OneAddsAndRemovesWhileTheOtherReads) {
     constexpr std::size_t kTables = 300;
     const auto document = SQLContainer::newContainer();
     const auto added = tables(kTables);
-    std::atomic<bool> done = false;
-    std::thread writer([&] {
-        for (std::size_t i = 0; i < kTables; ++i) {
+    testing::changeWhileReading(
+        kTables,
+        [&](std::size_t i) {
             document->add(added[i]);
             if (i % 3 == 2) document->remove(*document->objectList()[i / 3]);
-        }
-        document->reorderByUID();
-        done = true;
-    });
-    std::size_t seen = 0;
-    while (!done) {
-        seen = document->count();
-        EXPECT_LE(document->objectListSortedByName().size(), kTables);
-        EXPECT_LE(document->objectListByZOrder().size(), kTables);
-        if (const auto* found = document->getObjectByName("T", false)) (void)document->zorderForObject(*found);
-        (void)document->isObjectNamePresent("t_7");
-        (void)document->uidInContainer("nobody");
-        (void)document->objectWithUid("nobody");
-        document->reorderByForeignKeys();
-        (void)document->xmlDocument();
-    }
-    writer.join();
-    EXPECT_LE(seen, kTables);
+            if (i + 1 == kTables) document->reorderByUID();
+        },
+        [&] {
+            EXPECT_LE(document->count(), kTables);
+            EXPECT_LE(document->objectListSortedByName().size(), kTables);
+            EXPECT_LE(document->objectListByZOrder().size(), kTables);
+            if (const auto* found = document->getObjectByName("T", false)) (void)document->zorderForObject(*found);
+            (void)document->isObjectNamePresent("t_7");
+            (void)document->uidInContainer("nobody");
+            (void)document->objectWithUid("nobody");
+            document->reorderByForeignKeys();
+            (void)document->xmlDocument();
+        });
     EXPECT_EQ(document->count(), kTables - kTables / 3);
     EXPECT_EQ(document->objectListByZOrder().size(), document->count());
 }
