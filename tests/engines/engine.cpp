@@ -43,6 +43,7 @@ private:
     }
     std::string nameOf(SQLTable& table) {
         const std::string schema = table.getSchemaName();
+        if (_engine.joinsSchemas() && !schema.empty()) return stored(schema + "_" + table.getBaseName());
         return _engine.tableName(schema.empty() ? schema : stored(schema), stored(table.getBaseName()));
     }
     std::string list(const std::vector<std::string>& names) {

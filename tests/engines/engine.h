@@ -42,6 +42,8 @@ public:
     /// How the engine spells what the model means.
     [[nodiscard]] virtual std::string typeOf(const SQLField& field) const = 0;
     [[nodiscard]] virtual std::string tableName(const std::string& schema, const std::string& name) const = 0;
+    /// Schema and name make one name, which is quoted as one.
+    [[nodiscard]] virtual bool joinsSchemas() const { return false; }
     [[nodiscard]] virtual std::string foldedName(const std::string& bareName) const { return bareName; }
     [[nodiscard]] virtual std::string actionOf(std::uint64_t code) const;
     [[nodiscard]] virtual std::string textOf(const std::string& expression) const { return "(" + expression + ")"; }

@@ -19,6 +19,7 @@ public:
     [[nodiscard]] Catalog catalog() override;
     [[nodiscard]] std::vector<std::string> keywords() override;
     [[nodiscard]] std::string typeOf(const SQLField& field) const override;
+    [[nodiscard]] bool joinsSchemas() const override { return true; }
     [[nodiscard]] std::string tableName(const std::string& schema, const std::string& name) const override {
         return schema.empty() ? name : schema + "_" + name;
     }

@@ -358,7 +358,7 @@ private:
     std::string runnablePrologue(SQLContainer& container);
     std::string dropInstructions(SQLContainer& container);
     /// Views behind everything else, each behind the views that its query names.
-    static void putViewsLast(SQLContainer::Objects& objects);
+    void putViewsLast(SQLContainer::Objects& objects);
     void putForeignKeysLast(Statements& statements);
     std::string foreignKeyStatement(SQLConnectable& key);
     void clearNamesInScript(SQLContainer& container);

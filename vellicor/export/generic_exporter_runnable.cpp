@@ -143,7 +143,13 @@ void GenericSQLExporter::putViewsLast(SQLContainer::Objects& objects) {
     const auto isView = [](const auto& object) { return as<SQLView>(object.get()) != nullptr; };
     const auto views = std::ranges::stable_partition(objects, [&](const auto& object) { return !isView(object); });
     std::unordered_map<std::string, std::vector<std::size_t>> viewsByName;  // positions behind the first view
-    for (std::size_t i = 0; i < views.size(); ++i) viewsByName[caseFolded(as<SQLView>(views[i].get())->getBaseName())].push_back(i);
+    for (std::size_t i = 0; i < views.size(); ++i) {
+        const std::string name = as<SQLView>(views[i].get())->getBaseName();
+        viewsByName[caseFolded(name)].push_back(i);
+        // A query may also spell it as the script does, without its blanks.
+        for (const SQLIdentifier& word : identifiersIn(quoteIdentifier(name)))
+            if (word.name != name) viewsByName[caseFolded(word.name)].push_back(i);
+    }
 
     struct Step {
         std::size_t view;
