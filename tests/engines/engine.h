@@ -65,6 +65,9 @@ public:
 /// What the engine should hold once the script of the document has run.
 [[nodiscard]] Catalog expectedCatalog(Engine& engine, SQLContainer& document);
 
+/// Compares it with what the engine holds.
+void expectCatalogOf(Engine& engine, SQLContainer& document);
+
 /// Exports the document with the preferences as they are (runnable scripts must be on), runs the script on an empty
 /// database and compares the catalogs; a script that drops its tables first runs twice. Failures show the script.
 void expectDocumentOnEngine(Engine& engine, SQLContainer& document, const std::string& title);

@@ -1,6 +1,8 @@
 // tests/engines/mariadb_engine_test.cpp — runnable scripts of the dialect MySQL on MariaDB.
 #include <gtest/gtest.h>
 
+#include "tests/engines/alter_steps.h"
+#include "tests/engines/classic_refusals.h"
 #include "tests/engines/engine_steps.h"
 #include "tests/engines/generated_documents.h"
 #include "tests/engines/server.h"
@@ -47,6 +49,10 @@ private:
 TEST_F(MariaDBOn, ShopKeepsItsRules) { expectExampleOnEngine(engine(), "shop"); }
 TEST_F(MariaDBOn, WarehouseKeepsItsRules) { expectExampleOnEngine(engine(), "warehouse"); }
 TEST_F(MariaDBOn, LegacyKeepsItsRules) { expectExampleOnEngine(engine(), "legacy"); }
+TEST_F(MariaDBOn, AlterStatementsRun) { expectAlterStatementsRun(engine()); }
+TEST_F(MariaDBOn, ClassicAlterStatementsAreRefused) { expectClassicAlterStatementsAreRefused(engine()); }
+TEST_F(MariaDBOn, ClassicScriptsAreRefused) { expectClassicScriptsAreRefused(engine()); }
+TEST_F(MariaDBOn, ClassicScriptsAreMisread) { expectClassicScriptsAreMisread(engine()); }
 TEST_F(MariaDBOn, AwkwardDocumentsRun) { expectAwkwardDocumentsRun(engine()); }
 TEST_F(MariaDBOn, GeneratedDocumentsHoldWhatTheySay) { expectGeneratedDocumentsOnEngine(engine(), kTraits, 60); }
 

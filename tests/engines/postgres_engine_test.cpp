@@ -1,6 +1,8 @@
 // tests/engines/postgres_engine_test.cpp — runnable scripts on PostgreSQL.
 #include <gtest/gtest.h>
 
+#include "tests/engines/alter_steps.h"
+#include "tests/engines/classic_refusals.h"
 #include "tests/engines/engine_steps.h"
 #include "tests/engines/generated_documents.h"
 #include "tests/engines/server.h"
@@ -47,6 +49,10 @@ private:
 TEST_F(PostgreSQLOn, ShopKeepsItsRules) { expectExampleOnEngine(engine(), "shop"); }
 TEST_F(PostgreSQLOn, WarehouseKeepsItsRules) { expectExampleOnEngine(engine(), "warehouse"); }
 TEST_F(PostgreSQLOn, LegacyKeepsItsRules) { expectExampleOnEngine(engine(), "legacy"); }
+TEST_F(PostgreSQLOn, AlterStatementsRun) { expectAlterStatementsRun(engine()); }
+TEST_F(PostgreSQLOn, ClassicAlterStatementsAreRefused) { expectClassicAlterStatementsAreRefused(engine()); }
+TEST_F(PostgreSQLOn, ClassicScriptsAreRefused) { expectClassicScriptsAreRefused(engine()); }
+TEST_F(PostgreSQLOn, ClassicScriptsAreMisread) { expectClassicScriptsAreMisread(engine()); }
 TEST_F(PostgreSQLOn, AwkwardDocumentsRun) { expectAwkwardDocumentsRun(engine()); }
 TEST_F(PostgreSQLOn, GeneratedDocumentsHoldWhatTheySay) { expectGeneratedDocumentsOnEngine(engine(), kTraits, 60); }
 

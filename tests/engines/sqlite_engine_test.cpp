@@ -1,6 +1,8 @@
 // tests/engines/sqlite_engine_test.cpp — runnable scripts on SQLite.
 #include <gtest/gtest.h>
 
+#include "tests/engines/alter_steps.h"
+#include "tests/engines/classic_refusals.h"
 #include "tests/engines/engine_steps.h"
 #include "tests/engines/generated_documents.h"
 #include "tests/engines/sqlite_engine.h"
@@ -31,6 +33,10 @@ protected:
 TEST_F(SQLiteOn, ShopKeepsItsRules) { expectExampleOnEngine(engine, "shop"); }
 TEST_F(SQLiteOn, WarehouseKeepsItsRules) { expectExampleOnEngine(engine, "warehouse"); }
 TEST_F(SQLiteOn, LegacyKeepsItsRules) { expectExampleOnEngine(engine, "legacy"); }
+TEST_F(SQLiteOn, AlterStatementsRun) { expectAlterStatementsRun(engine); }
+TEST_F(SQLiteOn, ClassicAlterStatementsAreRefused) { expectClassicAlterStatementsAreRefused(engine); }
+TEST_F(SQLiteOn, ClassicScriptsAreRefused) { expectClassicScriptsAreRefused(engine); }
+TEST_F(SQLiteOn, ClassicScriptsAreMisread) { expectClassicScriptsAreMisread(engine); }
 TEST_F(SQLiteOn, AwkwardDocumentsRun) { expectAwkwardDocumentsRun(engine); }
 TEST_F(SQLiteOn, GeneratedDocumentsHoldWhatTheySay) { expectGeneratedDocumentsOnEngine(engine, kTraits, 200); }
 

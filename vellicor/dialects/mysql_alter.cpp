@@ -1,5 +1,8 @@
 // vellicor/dialects/mysql_alter.cpp — MySQL: alter scripts.
 #include "vellicor/dialects/mysql_exporter.h"
+
+#include <algorithm>
+
 #include "vellicor/model/field.h"
 #include "vellicor/model/foreign_key.h"
 #include "vellicor/model/index.h"
@@ -149,6 +152,10 @@ Statements MySQLExporter::postLoadAlterSQLFieldAsVector(SQLField& field, SQLFiel
     return statements;
 }
 
+std::string MySQLExporter::getIndexNameForFieldIndexed(SQLField& field) {
+    return writesRunnableScripts() ? field.getName() + "_idx" : GenericSQLExporter::getIndexNameForFieldIndexed(field);
+}
+
 bool MySQLExporter::canDropIndex(SQLIndex& index) {
     if (currentExporter() && currentExporter()->indexExists(index)) return true;
     const SQLTable* table = index.parentTable();
@@ -165,7 +172,37 @@ std::string MySQLExporter::dropSQLIndex(SQLIndex& index) {
 std::string MySQLExporter::dropSQLIndexWithoutCheck(SQLIndex& index) {
     SQLTable* table = index.parentTable();
     if (!table) return {};
-    return text("ALTER TABLE %@ DROP INDEX %@", getCanonicalName(*table), getCanonicalName(index));
+    return text("ALTER TABLE %@ DROP INDEX %@", getCanonicalName(*table), nameOfExistingIndex(index));
+}
+
+std::string MySQLExporter::dropSQLConstraint(SQLConstraint& constraint) {
+    // The create script makes an index of what is unique.
+    if (writesRunnableScripts() && !constraint.isCheckConstraint()) return dropSQLIndexWithoutCheck(constraint);
+    return GenericSQLExporter::dropSQLConstraint(constraint);
+}
+
+std::string MySQLExporter::addSQLConstraint(SQLConstraint& constraint) {
+    if (writesRunnableScripts() && !constraint.isCheckConstraint()) return GenericSQLExporter::addIndex(constraint);
+    return GenericSQLExporter::addSQLConstraint(constraint);
+}
+
+std::string MySQLExporter::dropIndexOfKey(SQLConnectable& key, std::string_view quotedName) {
+    SQLTable* table = key.connectableComponent().parentTable();
+    if (!writesRunnableScripts() || !table) return {};
+    const std::vector<std::string> columns = key.sourceFieldNameList();
+    const auto leads = [&](const std::vector<std::string>& indexed) {
+        return indexed.size() >= columns.size() && std::equal(columns.begin(), columns.end(), indexed.begin());
+    };
+    bool isServed = leads(table->primaryKeyList());  // then the server makes no index for the key
+    table->forEachComponent<SQLIndex>([&](SQLIndex& index) { isServed |= leads(index.getFieldNameList()); });
+    table->forEachComponent<SQLField>([&](SQLField& column) {
+        const bool isIndexed = column.isUnique() || column.getPropertyAsBoolean(keys::indexed);
+        isServed |= (isIndexed || (column.getFkField() && &column != &key)) && leads({column.getName()});
+    });
+    table->forEachComponent<SQLForeignKey>([&](SQLForeignKey& other) {
+        isServed |= &other != &key && leads(other.sourceFieldNameList());
+    });
+    return isServed ? std::string() : text(", DROP INDEX %@", quotedName);
 }
 
 std::string MySQLExporter::dropSQLForeignKey(SQLForeignKey& key) {
@@ -173,7 +210,8 @@ std::string MySQLExporter::dropSQLForeignKey(SQLForeignKey& key) {
     if (!table || wasDropped(key)) return {};
     markDropped(key);
     auto node = alterTableNode(*table, {"DROP", "FOREIGN KEY"});
-    node->addChildWithValue(quoteIdentifier(key.getName()));
+    const std::string name = quoteIdentifier(key.getName());
+    node->addChildWithValue(name + dropIndexOfKey(key, name));
     return node->string();
 }
 
@@ -183,8 +221,8 @@ std::string MySQLExporter::dropForeignKey(SQLConnectable& key) {
     const std::string id = key.getReferenceId();
     if (id.empty()) return unknownForeignKeyComment(key, key.connectableComponent().getName());
     markDropped(key);
-    return text("ALTER TABLE %@ DROP FOREIGN KEY %@", getCanonicalName(*table),
-                writesRunnableScripts() ? quoteIdentifier(id) : id);
+    const std::string name = writesRunnableScripts() ? quoteIdentifier(id) : id;
+    return text("ALTER TABLE %@ DROP FOREIGN KEY %@%@", getCanonicalName(*table), name, dropIndexOfKey(key, name));
 }
 
 }  // namespace vellicor

@@ -118,14 +118,21 @@ public:
     [[nodiscard]] bool shouldAlterColumnComment(SQLField& field, SQLField& databaseField) const;
     std::string alterUniqueConstraint(SQLField& field, SQLField& dbField) override;
     Statements postLoadAlterSQLFieldAsVector(SQLField& field, SQLField& databaseField, SQLObject* extra) override;
+    // Kept: in classic text a column's index is not dropped under the name that the create script gives it.
+    [[nodiscard]] bool shouldPrefixFieldLevelIndexNames() const override { return !writesRunnableScripts(); }
+    [[nodiscard]] std::string getIndexNameForFieldIndexed(SQLField& field) override;
     std::string dropSQLIndex(SQLIndex& index) override;
     std::string dropSQLIndexWithoutCheck(SQLIndex& index);
     [[nodiscard]] bool canDropIndex(SQLIndex& index);
+    std::string dropSQLConstraint(SQLConstraint& constraint) override;
+    std::string addSQLConstraint(SQLConstraint& constraint) override;
     std::string dropSQLForeignKey(SQLForeignKey& key) override;
     std::string dropForeignKey(SQLConnectable& key) override;
 
 private:
     [[nodiscard]] std::string indexFor(SQLField& field, std::string_view name, SQLTable& table, bool asCreate);
+    /// Drops the index that the key brought along, in runnable scripts; it would keep the key's name.
+    [[nodiscard]] std::string dropIndexOfKey(SQLConnectable& key, std::string_view quotedName);
     [[nodiscard]] bool definitionDiffers(SQLField& field, SQLField& databaseField);
 
     std::unordered_set<std::string> _fkIndexList;                      // names handed out during one export

@@ -1,5 +1,8 @@
 // vellicor/dialects/postgresql_alter.cpp — PostgreSQL: comments as statements, and alter scripts.
 #include "vellicor/dialects/postgresql_exporter.h"
+
+#include <algorithm>
+
 #include "vellicor/model/field.h"
 #include "vellicor/model/index.h"
 #include "vellicor/model/view.h"
@@ -12,7 +15,11 @@ namespace vellicor {
 // === comments as statements
 
 std::string PostgresqlExporter::postgresComment(SQLObject& object) {
-    if (!Preferences::shared().boolForKey(prefs::usePostgresComments) || !object.hasProperty(keys::objectComment)) return {};
+    return object.hasProperty(keys::objectComment) ? commentStatement(object) : std::string();
+}
+
+std::string PostgresqlExporter::commentStatement(SQLObject& object) {
+    if (!Preferences::shared().boolForKey(prefs::usePostgresComments)) return {};
     std::string_view kind;
     if (as<SQLField>(&object))
         kind = "COLUMN";
@@ -33,7 +40,9 @@ std::string PostgresqlExporter::postgresComment(SQLObject& object) {
 }
 
 std::string PostgresqlExporter::alterPostgresComment(SQLObject& object, SQLObject* curObject) {
-    return curObject && curObject->getComment() == object.getComment() ? std::string() : postgresComment(object);
+    if (curObject && curObject->getComment() == object.getComment()) return {};
+    // An empty comment takes the old one away. Kept: in classic text it stays.
+    return writesRunnableScripts() && curObject ? commentStatement(object) : postgresComment(object);
 }
 
 Statements PostgresqlExporter::postLoadAsVectorSQLTable(SQLTable& table) {
@@ -74,8 +83,43 @@ std::string PostgresqlExporter::alterTablespace(SQLTable& table, SQLTable& curTa
 }
 
 Statements PostgresqlExporter::alterSQLFieldAsVector(SQLField& field, SQLField& curField, SQLObject*) {
-    return {alterPrimaryKey(field, curField), alterType(field, curField), alterNotNull(field, curField),
-            alterDefault(field, curField), postgresComment(field)};
+    const std::string primaryKey = alterPrimaryKey(field, curField);
+    const std::string type = alterType(field, curField);
+    const std::string notNull = alterNotNull(field, curField);
+    const std::string value = alterDefault(field, curField);
+    if (!writesRunnableScripts()) return {primaryKey, type, notNull, value, postgresComment(field)};
+    // A changed comment comes once, behind the data.
+    if (type.empty() || curField.getDefaultValue().empty() || field.getAutoIncrement())
+        return {primaryKey, type, notNull, value};
+    // The server would convert the old default too, and refuses where it cannot.
+    return {primaryKey, alterColumnStatement(field, {"DROP DEFAULT"}), type, notNull,
+            field.getDefaultValue().empty() ? "" : defaultStatement(field)};
+}
+
+std::string PostgresqlExporter::alterPrimaryKey(SQLField& field, SQLField& curField) {
+    SQLTable* table = field.parentTable();
+    SQLTable* curTable = curField.parentTable();
+    if (writesRunnableScripts() && table && curTable) {
+        // The key is the table's: the first column that stands in both tables writes it, once.
+        const auto components = table->lockedFields();
+        const auto first = std::ranges::find_if(*components, [&](const auto& component) {
+            const auto* column = as<SQLField>(component.get());
+            return column && curTable->getFieldByName(column->getName());
+        });
+        if (first != components->end() && first->get() != &field) return {};
+    }
+    return GenericSQLExporter::alterPrimaryKey(field, curField);
+}
+
+std::string PostgresqlExporter::alterType(SQLField& field, SQLField& curField) {
+    if (!writesRunnableScripts()) return GenericSQLExporter::alterType(field, curField);
+    const std::string type(trimmed(fieldType(field)));
+    if (equalIgnoringCase(type, trimmed(fieldType(curField)))) return {};
+    // Only texts take in values of every type by themselves. Cast explicitly, a value too long would be cut in silence.
+    const std::string& word = field.getDataType();
+    const bool converts = isTextType(word) || equalIgnoringCase(word, curField.getDataType());
+    const std::string conversion = converts ? "" : text("USING %@::%@", quoteIdentifier(field.getName()), type);
+    return alterColumnStatement(field, {"TYPE", type, conversion});
 }
 
 std::string PostgresqlExporter::alterColumnStatement(SQLField& field, std::initializer_list<std::string_view> words) {
@@ -89,13 +133,20 @@ std::string PostgresqlExporter::alterColumnStatement(SQLField& field, std::initi
 
 std::string PostgresqlExporter::alterNotNull(SQLField& field, SQLField& curField) {
     const bool notNull = field.getNotNull();
-    if (notNull == curField.getNotNull() || (field.getPrimaryKey() && !notNull)) return {};
+    // A column that has left the primary key still refuses null.
+    const bool leftKey = writesRunnableScripts() && curField.getPrimaryKey() && !field.getPrimaryKey();
+    if ((notNull == curField.getNotNull() && !(leftKey && !notNull)) || (field.getPrimaryKey() && !notNull)) return {};
     return alterColumnStatement(field, {notNull ? "SET" : "DROP", "NOT NULL"});
 }
 
 std::string PostgresqlExporter::alterDefault(SQLField& field, SQLField& curField) {
+    const bool hasOwnDefault = writesRunnableScripts() && field.getAutoIncrement();
+    if (hasOwnDefault || field.getDefaultValue() == curField.getDefaultValue()) return {};
+    return defaultStatement(field);
+}
+
+std::string PostgresqlExporter::defaultStatement(SQLField& field) {
     const std::string value = field.getDefaultValue();
-    if (value == curField.getDefaultValue()) return {};
     if (value.empty()) return alterColumnStatement(field, {"DROP DEFAULT"});
     return alterColumnStatement(field, {"SET", "DEFAULT", quoteDefaultValue(value, field)});
 }
@@ -105,6 +156,32 @@ SourceNodePtr PostgresqlExporter::dropPrimaryKeyInstruction(SQLTable& table) {
     auto node = GenericSQLExporter::dropPrimaryKeyInstruction(table);
     node->addChildWithValue("CASCADE");
     return node;
+}
+
+std::string PostgresqlExporter::dropIndexInstruction(SQLTable& table, std::string_view quotedName) {
+    const std::string schema(trimmed(schemaNameForTable(table)));
+    return text("DROP INDEX %@%@%@", ifExists(), schema.empty() ? schema : quoteIdentifier(schema) + ".", quotedName);
+}
+
+std::string PostgresqlExporter::dropIndex(SQLField& field, SQLTable& table) {
+    // Kept: in classic text an index is dropped as a part of its table, which the server does not know.
+    if (!writesRunnableScripts()) return GenericSQLExporter::dropIndex(field, table);
+    return text("%@%@\n", dropIndexInstruction(table, nameOfExistingIndex(field, table)), instructionSeparator());
+}
+
+std::string PostgresqlExporter::dropSQLIndex(SQLIndex& index) {
+    SQLTable* table = index.parentTable();
+    if (!writesRunnableScripts() || !table) return GenericSQLExporter::dropSQLIndex(index);
+    if (uppercased(index.getIndexType()) != "UNIQUE") return dropIndexInstruction(*table, nameOfExistingIndex(index));
+    // It was made as a constraint.
+    const std::string name = quoteIdentifier(index.getName());
+    return text("ALTER TABLE %@ DROP CONSTRAINT %@%@", getCanonicalName(*table), ifExists(), name);
+}
+
+std::string PostgresqlExporter::alterSQLIndex(SQLIndex& index, SQLIndex& oldIndex) {
+    SQLTable* table = index.parentTable() ? index.parentTable() : oldIndex.parentTable();
+    if (!writesRunnableScripts() || !table) return GenericSQLExporter::alterSQLIndex(index, oldIndex);
+    return text("%@%@\n%@", dropSQLIndex(oldIndex), instructionSeparator(), addIndex(index, *table));
 }
 
 std::string PostgresqlExporter::alterSQLConstraint(SQLConstraint& constraint, SQLConstraint& oldConstraint) {

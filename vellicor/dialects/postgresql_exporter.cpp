@@ -79,6 +79,8 @@ private:
 
 // === types
 
+bool PostgresqlExporter::isTextType(std::string_view type) { return contains(kTextTypes, uppercased(type)); }
+
 bool PostgresqlExporter::typeHasSize(std::string_view type) { return contains(kTypesWithSize, uppercased(type)); }
 
 bool PostgresqlExporter::fieldTypeAllowsTimeZone(std::string_view type) {

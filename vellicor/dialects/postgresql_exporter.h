@@ -84,9 +84,14 @@ public:
     Statements alterSQLTableAsVector(SQLTable& table, SQLTable& curTable, SQLObject* extra) override;
     virtual std::string alterTablespace(SQLTable& table, SQLTable& curTable);
     Statements alterSQLFieldAsVector(SQLField& field, SQLField& curField, SQLObject* extra) override;
+    std::string alterPrimaryKey(SQLField& field, SQLField& curField) override;
+    std::string alterType(SQLField& field, SQLField& curField) override;
     virtual std::string alterNotNull(SQLField& field, SQLField& curField);
     virtual std::string alterDefault(SQLField& field, SQLField& curField);
     SourceNodePtr dropPrimaryKeyInstruction(SQLTable& table) override;
+    std::string dropIndex(SQLField& field, SQLTable& table) override;
+    std::string dropSQLIndex(SQLIndex& index) override;
+    std::string alterSQLIndex(SQLIndex& index, SQLIndex& oldIndex) override;
     std::string alterSQLConstraint(SQLConstraint& constraint, SQLConstraint& oldConstraint) override;
     std::string dropForeignKey(SQLConnectable& key) override;
     std::string dropForeignKey(SQLTable& table, SQLConnectable& key);
@@ -95,6 +100,12 @@ public:
 private:
     /// "ALTER TABLE … ALTER COLUMN …" and the words; empty for a column without a table.
     std::string alterColumnStatement(SQLField& field, std::initializer_list<std::string_view> words);
+    std::string dropIndexInstruction(SQLTable& table, std::string_view quotedName);
+    /// Whether or not the object has a comment.
+    std::string commentStatement(SQLObject& object);
+    /// SET or DROP, as the column has a default or none.
+    std::string defaultStatement(SQLField& field);
+    [[nodiscard]] static bool isTextType(std::string_view type);
 };
 
 class RedshiftExporter final : public PostgresqlExporter {

@@ -73,6 +73,14 @@ std::string SQLServerExporter::addColumn(SQLField& field) {
     return table ? text("ALTER TABLE %@ ADD %@", getCanonicalName(*table), export_(field)) : std::string();
 }
 
+std::string SQLServerExporter::addIndex(SQLIndex& index, SQLTable& table) {
+    auto* constraint = as<SQLConstraint>(&index);
+    const bool isWritten = constraint && checkIndexValid(index) && index.indexListCount() > 0;
+    // Kept: in classic text a constraint is created like an index, by a statement that the server does not have.
+    if (!writesRunnableScripts() || !isWritten) return SybaseStyleExporter::addIndex(index, table);
+    return text("%@%@\n", addSQLConstraint(*constraint), instructionSeparator());
+}
+
 std::string SQLServerExporter::dropSQLIndex(SQLIndex& index) {
     SQLTable* table = index.parentTable();
     if (!table) return {};
@@ -84,12 +92,12 @@ std::string SQLServerExporter::dropPrimaryKeyInstruction(SQLTable& table, const 
     if (!table.hasPrimaryKey()) return {};
     const std::string canonicalName = getCanonicalName(table);
     const std::string name(trimmed(constraintName.value_or(std::string())));
-    if (!name.empty()) return text("ALTER TABLE %@ DROP CONSTRAINT %@", canonicalName, quoteIdentifier(name));
+    const std::string instruction = text("ALTER TABLE %@ DROP CONSTRAINT %@", canonicalName, quoteIdentifier(name));
+    if (!name.empty()) return instruction;
     if (Preferences::shared().boolForKey(prefs::sqlServerFindPKNameForDrop)) {
         return text("/* (need to discover primary key name first) */\nDECLARE @SQL VARCHAR(4000);\nSET @SQL = 'ALTER TABLE %@ DROP CONSTRAINT |ConstraintName| ;'\nSET @SQL = REPLACE(@SQL, '|ConstraintName|', ( SELECT   name FROM     sysobjects WHERE    xtype = 'PK' AND parent_obj = OBJECT_ID('%@') ));\nEXEC (@SQL)",
                     canonicalName, canonicalName);
     }
-    const std::string instruction = text("ALTER TABLE %@ DROP CONSTRAINT %@", canonicalName, "");
     return text("/*[WARNING] Drop primary key contraint instruction requires that constraint name is set for primary key being dropped*/\n/* %@ (primary key)*/",
                 commentText(instruction));
 }

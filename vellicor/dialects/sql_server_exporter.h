@@ -35,6 +35,8 @@ public:
     [[nodiscard]] std::string nullOrNotString(SQLField& field) override;
     SourceNodePtr primaryKeyBlock(SQLTable& table) override;
     std::string addColumn(SQLField& field) override;
+    using GenericSQLExporter::addIndex;
+    std::string addIndex(SQLIndex& index, SQLTable& table) override;
     std::string dropSQLIndex(SQLIndex& index) override;
     using GenericSQLExporter::dropPrimaryKeyInstruction;
     /// A null or blank name: a script that finds the name, or a warning, as the preferences say.

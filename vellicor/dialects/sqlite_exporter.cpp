@@ -138,6 +138,9 @@ std::string SQLiteExporter::prefixForIndexedProperty(SQLField& field) {
 
 std::string SQLiteExporter::dropIndex(SQLField& field, SQLTable& table) {
     if (!field.getPropertyAsBoolean(keys::indexed)) return {};
+    if (writesRunnableScripts())
+        return text("DROP INDEX %@%@\n", nameOfExistingIndex(field, table), instructionSeparator());
+    // Kept: the name is not the one that the create script gives, and no separator follows.
     const std::string name = field.hasProperty(keys::indexedKeyName) ? quoteIdentifier(field.getProperty(keys::indexedKeyName))
                                                                      : getNameForIndex(table, getIndexNameForFieldIndexed(field));
     logDropIndexName(name, field);
@@ -148,9 +151,7 @@ std::string SQLiteExporter::alterSQLIndex(SQLIndex& index, SQLIndex& oldIndex) {
     SQLTable* table = index.parentTable() ? index.parentTable() : oldIndex.parentTable();
     if (writesRunnableScripts()) {
         if (!table) return {};
-        // The name is the one under which the index was made.
-        SQLTable& oldTable = oldIndex.parentTable() ? *oldIndex.parentTable() : *table;
-        const std::string name = getNameForIndexWithIndex(oldTable, oldIndex);
+        const std::string name = nameOfExistingIndex(oldIndex);
         return text("DROP INDEX %@%@%@\n%@", ifExists(), name, instructionSeparator(), addIndex(index, *table));
     }
     std::string sql = text("DROP INDEX %@;", quoteIdentifier(oldIndex.getName()));
@@ -169,7 +170,16 @@ std::string SQLiteExporter::dropSQLField(SQLField& field) {
 }
 
 std::string SQLiteExporter::dropSQLConstraint(SQLConstraint& constraint) {
+    // The create script makes an index of what is unique.
+    if (writesRunnableScripts() && !constraint.isCheckConstraint()) return dropSQLIndex(constraint);
     return text("/* SQLite cannot drop constraint %@(%@)*/", commentText(canonicalTableName(constraint)),
+                commentText(quoteIdentifier(constraint.getName())));
+}
+
+std::string SQLiteExporter::addSQLConstraint(SQLConstraint& constraint) {
+    if (!writesRunnableScripts()) return GenericSQLExporter::addSQLConstraint(constraint);
+    if (!constraint.isCheckConstraint()) return GenericSQLExporter::addIndex(constraint);
+    return text("/* SQLite cannot add constraint %@(%@)*/", commentText(canonicalTableName(constraint)),
                 commentText(quoteIdentifier(constraint.getName())));
 }
 

@@ -69,6 +69,7 @@ public:
     std::string alterSQLIndex(SQLIndex& index, SQLIndex& oldIndex) override;
     std::string dropSQLField(SQLField& field) override;
     std::string dropSQLConstraint(SQLConstraint& constraint) override;
+    std::string addSQLConstraint(SQLConstraint& constraint) override;
 
 private:
     std::unordered_map<std::string, std::string> _canonicalNames;  // by lower-cased qualified name, for one export

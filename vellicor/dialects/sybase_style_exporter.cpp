@@ -50,6 +50,7 @@ bool SybaseStyleExporter::shouldQuoteDefaultFieldValue(std::string_view value, S
     static constexpr std::array<std::string_view, 5> kWords{"CURRENT_TIMESTAMP", "CURRENT_USER", "SESSION_USER", "SYSTEM_USER", "USER"};
     static const RegularExpression number(R"([-+]?[0-9]+(\.[0-9]*)?)");
     if (!GenericSQLExporter::shouldQuoteDefaultFieldValue(value, field)) return false;
+    if (!writesRunnableScripts()) return true;
     const bool isWord = std::ranges::find(kWords, uppercased(value)) != kWords.end();
     const bool isCall = value.ends_with(')') && !value.starts_with('\'');
     return !isWord && !isCall && !number.firstMatchCovers(value);

@@ -21,7 +21,7 @@ public:
     [[nodiscard]] OptionalText primaryKeyConstraintName(SQLTable& table) override;
     [[nodiscard]] std::string quotedColumnName(const std::string& name);
 
-    /// Asked in runnable scripts only: numbers, functions and words such as NULL stay bare.
+    /// In runnable scripts numbers, calls and words such as CURRENT_TIMESTAMP stay bare.
     [[nodiscard]] bool shouldQuoteDefaultFieldValue(std::string_view value, SQLField& field) override;
 
     // Statements

@@ -120,7 +120,7 @@ public:
     Statements postLoadAsVector(SQLObject& object) override;
     /// Silent when the class has no such operation.
     Statements postLoadAsVector(SQLObject& object, SQLTable& table) override;
-    Statements alterAsVector(SQLObject& object, SQLObject& oldObject) override { return alterAsVector(object, oldObject, nullptr); }
+    using SQLExportDialect::alterAsVector;  // Kept: the form with two arguments stays the root's, which answers nothing
     Statements alterAsVector(SQLObject& object, SQLObject& oldObject, SQLObject* extra) override;
     /// Silent when the class has no such operation.
     Statements postLoadAlterAsVector(SQLObject& object, SQLObject& oldObject);
@@ -294,6 +294,9 @@ public:
     virtual std::string dropIndex(SQLField& field, SQLTable& table);
     /// The name of that index as it is created: quoted, with the prefixes of the table.
     [[nodiscard]] std::string fieldIndexName(SQLField& field, SQLTable& table);
+    /// The quoted name under which an index is dropped; for a column's index it is logged.
+    [[nodiscard]] std::string nameOfExistingIndex(SQLIndex& index);
+    [[nodiscard]] std::string nameOfExistingIndex(SQLField& field, SQLTable& table);
 
     // === alter scripts: keys (generic_exporter_alter_keys.cpp) ===
     Statements alterSQLForeignKeyAsVector(SQLForeignKey* key, SQLForeignKey* oldKey, SQLObject* extra) override;

@@ -60,13 +60,20 @@ std::string GenericSQLExporter::dropSQLField(SQLField& field) {
 }
 
 std::string GenericSQLExporter::dropSQLIndex(SQLIndex& index) {
-    return text("DROP INDEX %@", quoteIdentifier(index.getName()));
+    return text("DROP INDEX %@", nameOfExistingIndex(index));
+}
+
+std::string GenericSQLExporter::nameOfExistingIndex(SQLIndex& index) {
+    SQLTable* table = index.parentTable();
+    // Kept: in classic text the prefix that the index was made with is left out.
+    const bool isAsMade = writesRunnableScripts() && table;
+    return isAsMade ? getNameForIndexWithIndex(*table, index) : quoteIdentifier(index.getName());
 }
 
 std::string GenericSQLExporter::alterSQLIndex(SQLIndex& index, SQLIndex& oldIndex) {
     log("alter index called");
     std::string sql = text("ALTER TABLE %@", canonicalTableName(oldIndex));
-    sql += text(" DROP %@ %@", getIndexKeyword(oldIndex), quoteIdentifier(oldIndex.getName()));
+    sql += text(" DROP %@ %@", getIndexKeyword(oldIndex), nameOfExistingIndex(oldIndex));
     if (SQLTable* table = index.parentTable() ? index.parentTable() : oldIndex.parentTable()) {
         const IndexStatementForm form{.addSeparator = false, .addCreateInstruction = false, .withTableName = false};
         const std::string added = ExporterCommon::addIndex(index, *table, *this, form);
@@ -90,11 +97,14 @@ SourceNodePtr GenericSQLExporter::dropSQLConstraintAsNode(SQLConstraint& constra
 }
 
 std::string GenericSQLExporter::dropSQLConstraint(SQLConstraint& constraint) {
-    return nodeText(dropSQLConstraintAsNode(constraint));
+    // A check that the dialect never writes is not there to be dropped.
+    const bool isMissing = writesRunnableScripts() && constraint.isCheckConstraint() && !supportsCheckConstraints();
+    return isMissing ? std::string() : nodeText(dropSQLConstraintAsNode(constraint));
 }
 
 SourceNodePtr GenericSQLExporter::addSQLConstraintAsNode(SQLConstraint& constraint) {
     auto node = QVSourceNode::node();
+    if (writesRunnableScripts() && constraint.isCheckConstraint() && !supportsCheckConstraints()) return node;
     node->addChildWithValue("ALTER TABLE");
     node->addChildWithValue(canonicalTableName(constraint));
     node->addChildWithValue("ADD");
@@ -153,12 +163,17 @@ bool GenericSQLExporter::canDropIndexedProperty(SQLField& curField, SQLField&) {
 }
 
 std::string GenericSQLExporter::dropIndex(SQLField& field, SQLTable& table) {
+    const std::string name = nameOfExistingIndex(field, table);
+    return text("ALTER TABLE %@ DROP INDEX %@%@\n", getCanonicalName(table), name, instructionSeparator());
+}
+
+std::string GenericSQLExporter::nameOfExistingIndex(SQLField& field, SQLTable& table) {
     const std::string keyName = field.getProperty(keys::indexedKeyName);
     // Kept: in classic text a name that is there but empty is a name.
     const bool isNamed = writesRunnableScripts() ? !keyName.empty() : field.hasProperty(keys::indexedKeyName);
     const std::string name = isNamed ? quoteIdentifier(keyName) : fieldIndexName(field, table);
     logDropIndexName(name, field);
-    return text("ALTER TABLE %@ DROP INDEX %@%@\n", getCanonicalName(table), name, instructionSeparator());
+    return name;
 }
 
 void GenericSQLExporter::logDropIndexName(std::string_view indexName, const SQLField& field) {

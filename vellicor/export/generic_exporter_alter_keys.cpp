@@ -125,7 +125,12 @@ SourceNodePtr GenericSQLExporter::dropSQLForeignKeyNode(SQLForeignKey& key) {
 std::string GenericSQLExporter::dropSQLForeignKey(SQLForeignKey& key) { return nodeText(dropSQLForeignKeyNode(key)); }
 
 Statements GenericSQLExporter::alterSQLForeignKeyAsVector(SQLForeignKey* key, SQLForeignKey* oldKey, SQLObject*) {
-    if (key && oldKey && key->getComparisonString() == oldKey->getComparisonString()) return {};
+    if (key && oldKey && key->getComparisonString() == oldKey->getComparisonString()) {
+        // Kept: in classic text a key whose actions alone have changed stays as it was.
+        const bool actsAlike = actionsMatch(key->deleteAction(), oldKey->deleteAction(), defaultDeleteAction()) &&
+                               actionsMatch(key->updateAction(), oldKey->updateAction(), defaultUpdateAction());
+        if (actsAlike || !writesRunnableScripts()) return {};
+    }
     Statements statements;
     if (oldKey) statements.push_back(dropSQLForeignKey(*oldKey));
     if (SQLTable* table = key ? key->parentTable() : nullptr)

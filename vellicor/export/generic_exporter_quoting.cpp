@@ -142,9 +142,11 @@ std::string GenericSQLExporter::escapeQuoteCharacter(std::string_view text) { re
 std::string GenericSQLExporter::escapeQuoteCharacter(std::string_view text, std::string_view quoteCharSet) {
     std::string escaped;
     escaped.reserve(text.size());
-    for (const char c : text) {
-        if (c == '\\' || quoteCharSet.find(c) != std::string_view::npos) escaped += '\\';
-        escaped += c;
+    for (std::size_t start = 0, end = 0; start < text.size(); start = end) {
+        for (end = start + 1; end < text.size() && (text[end] & 0xC0) == 0x80;) ++end;  // the bytes of one character
+        const std::string_view character = text.substr(start, end - start);
+        if (character == "\\" || quoteCharSet.find(character) != std::string_view::npos) escaped += '\\';
+        escaped += character;
     }
     return escaped;
 }
