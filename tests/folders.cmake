@@ -1,9 +1,6 @@
 # One call a folder; one file a line.
 vellicor_tests(platform
   files_test.cpp
-  known_preferences_test.cpp
-  numbers_test.cpp
-  regular_expression_test.cpp
   services_test.cpp
   text_test.cpp
   value_test.cpp
@@ -15,7 +12,6 @@ vellicor_tests(util
 )
 vellicor_tests(model
   container_document_test.cpp
-  container_order_test.cpp
   container_test.cpp
   component_threads_test.cpp
   container_threads_test.cpp
@@ -28,7 +24,6 @@ vellicor_tests(model
   name_match_test.cpp
   object_test.cpp
   table_test.cpp
-  view_test.cpp
 )
 vellicor_tests(plugins
   plugin_test.cpp
@@ -42,25 +37,22 @@ vellicor_tests(export
   alter_test.cpp
   create_script_test.cpp
   foreign_key_graph_test.cpp
-  quoting_test.cpp
   source_node_test.cpp
-  view_export_test.cpp
 )
 vellicor_tests(fileformat
-  hostile_test.cpp
   parser_test.cpp
   recovery_test.cpp
   round_trip_test.cpp
 )
 vellicor_tests(dialects
+  answers_test.cpp
+  columns_test.cpp
   data_type_test.cpp
   golden_test.cpp
   mysql_test.cpp
-  oracle_filemaker_test.cpp
   postgresql_test.cpp
+  preferences_test.cpp
   registry_test.cpp
-  sql_server_test.cpp
-  sqlite_test.cpp
 )
 if(TARGET vellicor_tool)
   vellicor_tests(cli
@@ -75,6 +67,8 @@ if(TARGET vellicor_tool)
   add_dependencies(cli_tests vellicor_tool hello standard_sql_plugin)
 endif()
 vellicor_tests(engines
+  alter_steps.cpp
+  classic_refusals.cpp
   engine.cpp
   engine_steps.cpp
   generated_documents.cpp

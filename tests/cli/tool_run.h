@@ -28,6 +28,11 @@ public:
     Outcome operator()(const Arguments& arguments, std::string_view input = "") const {
         return run(VELLICOR_TOOL, arguments, input);
     }
+    /// The command with further arguments behind it.
+    Outcome with(Arguments arguments, const Arguments& more, std::string_view input = "") const {
+        arguments.insert(arguments.end(), more.begin(), more.end());
+        return run(VELLICOR_TOOL, arguments, input);
+    }
 
     Outcome run(const std::string& program, const Arguments& arguments, std::string_view input = "") const {
         write(".run/in", input);

@@ -21,11 +21,12 @@ TEST_P(GoldenScript, IsWrittenByteForByte) {
     const bool isNasty = std::string_view(name) == "nasty";
     std::vector<std::unique_ptr<ScopedPreference>> preferences;
     if (isNasty)
-        for (const char* key : {prefs::quoteReservedWords, prefs::autoQuoteIdentifiersWithWhitespace, prefs::canIgnoreObjectsOnExport,
-                                prefs::usePostgresComments})
+        for (const char* key : {prefs::quoteReservedWords, prefs::autoQuoteIdentifiersWithWhitespace,
+                                prefs::canIgnoreObjectsOnExport, prefs::usePostgresComments})
             preferences.push_back(std::make_unique<ScopedPreference>(key));
     const auto loaded = loadDocument(folder / (isNasty ? "tests/golden" : "examples") / (std::string(name) + ".xml"));
-    const std::string expected = TempFolder::read(folder / "tests/golden" / (std::string(name) + "." + lowercased(dialect) + ".sql"));
+    const std::string file = std::string(name) + "." + lowercased(dialect) + ".sql";
+    const std::string expected = TempFolder::read(folder / "tests/golden" / file);
     ASSERT_NE(expected, "");
     EXPECT_EQ(scriptOf(dialect, *loaded.container), expected);
 }

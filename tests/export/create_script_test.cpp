@@ -1,4 +1,4 @@
-// tests/export/create_script_test.cpp — create scripts of the generic dialect, byte for byte.
+// tests/export/create_script_test.cpp — names, values, tables and views in the text of the generic dialect.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -10,6 +10,7 @@
 #include "vellicor/model/document_info.h"
 #include "vellicor/model/foreign_key.h"
 #include "vellicor/model/index.h"
+#include "vellicor/model/view.h"
 #include "vellicor/platform/preference_keys.h"
 
 namespace vellicor {
@@ -20,7 +21,7 @@ using testing::LogCapture;
 using testing::ScopedPreference;
 using ::testing::ElementsAre;
 using ::testing::HasSubstr;
-using ::testing::Not;
+using ::testing::IsEmpty;
 
 std::string script(SQLContainer& container) { return GenericSQLExporter::exporter()->export_(container); }
 std::string script(std::string_view description) { return script(*document(description)); }
@@ -32,99 +33,52 @@ std::string block(std::string_view description) {
     return sql.substr(open, sql.find("\n);") - open);
 }
 
-TEST(CreateScript, ColumnsStandOnLinesOfTheirOwnAndTheKeyLast) {
-    auto container = document("t(a INT pk notnull; b VARCHAR(20))");
-    testing::table(*container, "t")->setPrimaryKeyConstraintName("pk");
-    EXPECT_EQ(script(*container),
-              "\n"
-              "\nCREATE TABLE t\n(\na INT NOT NULL,\nb VARCHAR(20),\nCONSTRAINT pk PRIMARY KEY (a)\n);\n"
-              "\n");
+TEST(CreateScript, TablesHoldColumnsThenIndexesThenTheKey) {
+    const std::pair<const char*, const char*> cases[] = {
+        {"t(a INT pk auto unique notnull default=0 check=a>0; b INT)",
+         "a INT DEFAULT '0' NOT NULL AUTO_INCREMENT  UNIQUE  CHECK (a>0),\nb INT,\nCONSTRAINT t_pkey PRIMARY KEY (a)"},
+        {"t(a INT; b INT; index i (a,b); constraint c CHECK [a > b]; constraint u UNIQUE (b))",
+         "a INT,\nb INT,\nINDEX i (a,b),\nCONSTRAINT c CHECK (a > b),\nINDEX u (b)"},
+        {"t(a INT; index i ())", "a INT\n/* INDEX i (empty) */"},  // an empty index takes no separator
+    };
+    for (const auto& [description, expected] : cases) EXPECT_EQ(block(description), expected);
 }
 
-TEST(CreateScript, ColumnsWriteTheirOptionsInOrder) {
-    EXPECT_EQ(block("t(a INT pk auto unique notnull default=0 check=a>0; b INT)"),
-              "a INT DEFAULT '0' NOT NULL AUTO_INCREMENT  UNIQUE  CHECK (a>0),\nb INT,\nCONSTRAINT t_pkey PRIMARY KEY (a)");
-    EXPECT_EQ(block("t(a INT; b INT unique)"), "a INT,\nb INT UNIQUE");
-    EXPECT_EQ(block("t(my~name INT)"), "myname INT");
-    EXPECT_EQ(block("t(a varchar(5) default=NULL)"), "a VARCHAR(5) DEFAULT NULL");
-    EXPECT_EQ(block("t(a varchar(5) default='')"), "a VARCHAR(5) DEFAULT ''");
-    EXPECT_EQ(block("t(a INT expression=now())"), "a INT DEFAULT now()");
-}
-
-TEST(CreateScript, ATableWithoutComponentsKeepsItsParentheses) {
-    EXPECT_EQ(script("t()"), "\n\nCREATE TABLE t\n(\n\n);\n\n");
-}
-
-TEST(CreateScript, InlineIndexesAndConstraintsFollowTheColumns) {
-    EXPECT_EQ(block("t(a INT; b INT; index i (a,b); constraint c CHECK [a > b]; constraint u UNIQUE (b))"),
-              "a INT,\nb INT,\nINDEX i (a,b),\nCONSTRAINT c CHECK (a > b),\nINDEX u (b)");
-    EXPECT_EQ(block("t(a INT; index i ())"), "a INT\n/* INDEX i (empty) */") << "an empty index takes no separator";
-}
-
-TEST(CreateScript, CommentsStandInFrontOfWhatTheyDescribe) {
-    auto container = document("t(a INT comment=first~one; b INT)");
-    testing::table(*container, "t")->setComment("the table");
-    EXPECT_EQ(script(*container), "\n\n/*the table*/\nCREATE TABLE t\n(\n/*first one*/\na INT,\nb INT\n);\n\n");
-}
-
-TEST(CreateScript, TitleUserBlocksAndDropsSurroundTheTables) {
-    ScopedPreference title(prefs::includeTitleHeaderInExport);
-    auto container = document("a(id INT pk);;b(a_id INT -> a.id)");
+TEST(CreateScript, TheUsersBlocksSurroundTheTables) {
+    auto container = document("a(id INT);;b(id INT)");
     container->documentInfo()->setDropTableOption(true);
     container->documentInfo()->setPrologueExportSQL(" SET x 'a;b'; SET y ");
     container->documentInfo()->setPostExportSQL("DONE;");
     EXPECT_EQ(script(*container),
-              "/* Vellicor (Generic SQL)*/\n"
-              "SET x 'a;b';\n SET y\n"
-              "DROP TABLE b;\nDROP TABLE a;\n"
-              "\nCREATE TABLE a\n(\nid INT,\nCONSTRAINT a_pkey PRIMARY KEY (id)\n);\n"
-              "\nCREATE TABLE b\n(\na_id INT\n);\n"
-              "\n"
-              "ALTER TABLE b ADD FOREIGN KEY (a_id) REFERENCES a (id);\n\n"
-              "DONE;");
-}
-
-TEST(CreateScript, ForeignKeysWriteTheirActionsWithTwoBlanksBetween) {
-    EXPECT_THAT(script("t2(x INT pk);;t(a INT; key fk (a) -> t2(x) delete=4 update=4)"),
-                HasSubstr("\nALTER TABLE t ADD CONSTRAINT fk FOREIGN KEY (a) REFERENCES t2 (x) ON DELETE NO ACTION  ON UPDATE NO ACTION;\n"));
-    EXPECT_THAT(script("t2(x INT pk; y INT pk);;t(a INT; b INT; key fk (a,b) -> t2(x,y))"),
-                HasSubstr("FOREIGN KEY (a,b) REFERENCES t2 (x,y);\n"));
+              "SET x 'a;b';\n SET y\nDROP TABLE a;\nDROP TABLE b;\n"
+              "\nCREATE TABLE a\n(\nid INT\n);\n\nCREATE TABLE b\n(\nid INT\n);\n\nDONE;");
 }
 
 TEST(CreateScript, KeysThatCannotBeExportedSayWhy) {
-    auto container = document("t(a INT)");
-    auto key = SQLForeignKey::initWithName("k");
-    testing::table(*container, "t")->add(key);
-    EXPECT_THAT(script(*container), HasSubstr("/*Foreign Key t k not exportable, No Columns Set, No Target Table*/"));
-
-    container = document("u(x INT pk; y INT);;t(a INT; key k (a) -> u(x))");
-    auto& bad = *as<SQLForeignKey>(testing::table(*container, "t")->getFieldByTypeAndName(isKindOf<SQLForeignKey>, "k"));
-    bad.addFieldPair(nullptr, testing::field(*container, "u", "y"));
+    auto container = document("u(x INT pk; y INT);;t(a INT; key k (a) -> u(x))");
+    SQLForeignKey* key = testing::table(*container, "t")->foreignKeyObjectsInTable().front();
+    key->addFieldPair(nullptr, testing::field(*container, "u", "y"));
     EXPECT_THAT(script(*container), HasSubstr("/*Foreign Key t k not exportable, Mismatched Columns*/"));
 }
 
 TEST(CreateScript, IndexedColumnsGetAnIndexNamedAfterTableAndColumn) {
-    EXPECT_THAT(script("sales.t(my~col INT indexed)"), HasSubstr("\nCREATE INDEX t_my_col_idx ON sales.t(mycol);\n"));
+    EXPECT_THAT(script("s.t(my~col INT indexed)"), HasSubstr("\nCREATE INDEX t_my_col_idx ON s.t(mycol);\n"));
     EXPECT_THAT(script("t(t_a INT indexed)"), HasSubstr("CREATE INDEX t_a_idx ON t(t_a);"));
 }
 
-TEST(CreateScript, IgnoredObjectsLeaveANote) {
-    auto container = document("a(id INT pk);;b(a_id INT -> a.id)");
-    testing::table(*container, "a")->setPropertyAsBoolean(keys::ignoreWhenExporting, true);
-    EXPECT_THAT(script(*container), Not(HasSubstr("disabled")));
+TEST(CreateScript, NothingLinksToIgnoredObjectsUnlessTheySaySo) {
     ScopedPreference honour(prefs::canIgnoreObjectsOnExport);
-    EXPECT_EQ(script(*container), "\n\n/* Export disabled for a */\n\nCREATE TABLE b\n(\na_id INT\n);\n\n")
-        << "and nothing links to them";
-    testing::table(*container, "a")->setPropertyAsBoolean(keys::cannotLinkToObject, false);
-    EXPECT_THAT(script(*container), HasSubstr("REFERENCES a (id)")) << "unless the object says otherwise";
+    auto container = document("a(id INT pk);;b(a_id INT -> a.id)");
+    SQLTable& a = *testing::table(*container, "a");
+    a.setPropertyAsBoolean(keys::ignoreWhenExporting, true);
+    EXPECT_EQ(script(*container), "\n\n/* Export disabled for a */\n\nCREATE TABLE b\n(\na_id INT\n);\n\n");
+    a.setPropertyAsBoolean(keys::cannotLinkToObject, false);
+    EXPECT_THAT(script(*container), HasSubstr("REFERENCES a (id)"));
 }
 
-TEST(CreateScript, ObjectsStandInDocumentOrderOrByName) {
-    constexpr auto order = [](const std::string& sql) { return sql.find("TABLE b") < sql.find("TABLE a"); };
-    EXPECT_FALSE(order(script("b(x INT);;a(x INT)"))) << "unrelated tables stand by name";
-    EXPECT_TRUE(order(script("b(x INT pk);;a(x INT -> b.x)"))) << "a table stands after those it references";
-    ScopedPreference byName(prefs::exportObjectSortOrder, Value::integer(1));
-    EXPECT_FALSE(order(script("b(x INT pk);;a(x INT -> b.x)")));
+TEST(CreateScript, AnyOtherOrderThanThatOfNamesIsTheDocuments) {
+    ScopedPreference order(prefs::exportObjectSortOrder, Value::integer(2));
+    EXPECT_THAT(script("b(x INT pk);;a(x INT -> b.x)"), ::testing::ContainsRegex("TABLE b(.|\n)*TABLE a"));
 }
 
 TEST(CreateScript, DuplicateIndexNamesBecomeRemarks) {
@@ -134,11 +88,11 @@ TEST(CreateScript, DuplicateIndexNamesBecomeRemarks) {
     };
     auto exporter = create<Exporter>();
     SQLTable& table = *testing::table(*container, "t");
-    SQLIndex& index = *table.indexObjectsInTable().front();
-    EXPECT_THAT(exporter->postLoadAsVector(index, table), ElementsAre("ALTER TABLE t ADD INDEX i (a);\n"));
-    EXPECT_THAT(exporter->postLoadAsVector(index, table), ElementsAre("/* (prefix indexes:ON) => Index i would conflict */"));
+    const auto statement = [&] { return exporter->postLoadAsVector(*table.indexObjectsInTable().front(), table); };
+    EXPECT_THAT(statement(), ElementsAre("ALTER TABLE t ADD INDEX i (a);\n"));
+    EXPECT_THAT(statement(), ElementsAre("/* (prefix indexes:ON) => Index i would conflict */"));
     exporter->clearIndexCache();
-    EXPECT_THAT(exporter->postLoadAsVector(index, table), ElementsAre("ALTER TABLE t ADD INDEX i (a);\n"));
+    EXPECT_THAT(statement(), ElementsAre("ALTER TABLE t ADD INDEX i (a);\n"));
 }
 
 TEST(CreateScript, ObjectsWithoutAnOperationAreLogged) {
@@ -149,31 +103,153 @@ TEST(CreateScript, ObjectsWithoutAnOperationAreLogged) {
     EXPECT_THAT(log.lines(), ElementsAre(HasSubstr("No method available: exportSQLComment: export ")));
 }
 
-TEST(CreateScript, ALiveDatabaseIsAnnouncedAndNeverGetsIfNotExists) {
+TEST(CreateScript, ALiveDatabaseIsAnnounced) {
     struct MetaData : DatabaseMetaData {
         std::string databaseProductName() override { return "Engine"; }
-        std::string databaseProductVersion() override {
-            if (fails) throw std::runtime_error("gone");
-            return "9";
-        }
+        std::string databaseProductVersion() override { return fails ? throw std::runtime_error("gone") : "9"; }
         bool fails = false;
     };
     auto exporter = GenericSQLExporter::exporter();
     auto metaData = std::make_shared<MetaData>();
     LogCapture log;
-    exporter->setJDBCMetaData(metaData);
-    EXPECT_TRUE(exporter->isJDBCExporter());
-    metaData->fails = true;
-    exporter->setJDBCMetaData(metaData);
+    for (const bool fails : {false, true}) {
+        metaData->fails = fails;
+        exporter->setJDBCMetaData(metaData);
+        EXPECT_TRUE(exporter->isJDBCExporter());
+    }
     exporter->setJDBCMetaData(nullptr);
     EXPECT_FALSE(exporter->isJDBCExporter());
-    EXPECT_THAT(log.lines(), ElementsAre("Exporting to Engine 9", "failed to get database productName or product version\n gone"));
+    EXPECT_THAT(log.lines(), ElementsAre("Exporting to Engine 9",
+                                         "failed to get database productName or product version\n gone"));
 }
 
 TEST(CreateScript, RunnableTextKeepsRemarksOutOfTheListAndCommentsClosed) {
     ScopedPreference runnable(prefs::runnableScripts);
     EXPECT_EQ(script("t(a INT pk comment=end*/DROP; index i ())"),
-              "\n\nCREATE TABLE t\n(\n/* INDEX i (empty) */\n/*end* /DROP*/\na INT,\nCONSTRAINT t_pkey PRIMARY KEY (a)\n);\n\n");
+              "\n\nCREATE TABLE t\n(\n/* INDEX i (empty) */\n/*end* /DROP*/\na INT,\n"
+              "CONSTRAINT t_pkey PRIMARY KEY (a)\n);\n\n");
+}
+
+// === names and values
+
+std::string quoted(std::string_view name) { return GenericSQLExporter::exporter()->quoteIdentifier(name); }
+
+TEST(Quoting, NamesThatHoldOrLackQuotes) {
+    EXPECT_EQ(quoted("tab\tstays"), "tab\tstays");
+    {
+        ScopedPreference whitespace(prefs::autoQuoteIdentifiersWithWhitespace);
+        EXPECT_EQ(quoted("tab\there"), "'tab\there'");
+    }
+    ScopedPreference always(prefs::quoteIdentifiersOnExport);
+    const std::pair<const char*, const char*> cases[] = {
+        {"a", "'a'"}, {"'a'", "'a'"}, {"'a", "'a'"}, {"a'", "'a'"}, {"a'b", "'a'b'"}, {"", "'"}};
+    for (const auto& [name, expected] : cases) EXPECT_EQ(quoted(name), expected) << name;
+}
+
+TEST(Quoting, ReservedWordsAreThoseOfTheExactClass) {
+    ScopedPreference reserved(prefs::quoteReservedWords);
+    EXPECT_EQ(quoted(" order "), "' order '") << "trimmed and upper-cased for the look-up only";
+    EXPECT_EQ(quoted("END-EXEC"), "'END-EXEC'");
+    class Dialect : public GenericSQLExporter {};
+    EXPECT_EQ(create<Dialect>()->quoteIdentifier("order"), "order") << "a dialect without words quotes none";
+}
+
+TEST(Quoting, IndexNamesTakeTheTablesPrefixOnce) {
+    auto container = document("sales.Orders(a INT)");
+    SQLTable& table = *testing::table(*container, "sales.Orders");
+    ScopedPreference prefix(prefs::addTablePrefixToIndexNamesInExport);
+    auto exporter = GenericSQLExporter::exporter();
+    for (const char* name : {"ORDERS_i", "sales_orders_i"}) EXPECT_EQ(exporter->getNameForIndex(table, name), name);
+    EXPECT_EQ(exporter->getNameForIndex(table, "i", "_x", false), "Orders_i_x");
+    EXPECT_EQ(exporter->getNameForIndex(*SQLTable::table(), "i"), "i") << "a table that was never named has no prefix";
+}
+
+TEST(Quoting, DefaultValuesAreQuotedAndEscaped) {
+    auto container = document("t(a VARCHAR(9); b INT expression=now())");
+    SQLField& column = *testing::field(*container, "t", "a");
+    auto exporter = GenericSQLExporter::exporter();
+    const auto literal = [&](const char* value) { return exporter->quoteDefaultValue(value, column); };
+    const std::pair<const char*, const char*> cases[] = {
+        {"abc", "'abc'"}, {"'abc'", "'abc'"}, {"it's", R"('it\'s')"}, {R"(it\'s)", R"('it\'s')"}, {"''", "''"},
+        {"Null", "Null"}, {"'abc", "'abc'"},  {"abc'", "'abc'"},      {R"(a\\'b)", R"('a\\\'b')"},  {"'", "'"},
+        {"0", "'0'"},     {R"(a\')", R"('a\'')"}};
+    for (const auto& [value, expected] : cases) EXPECT_EQ(literal(value), expected) << value;
+    EXPECT_EQ(exporter->quoteDefaultValue("now()", *testing::field(*container, "t", "b")), "now()");
+
+    ScopedPreference runnable(prefs::runnableScripts);
+    const std::pair<const char*, const char*> literals[] = {
+        {"it's", "'it''s'"}, {"'it''s'", "'it''s'"}, {R"('it\'s')", "'it''s'"}, {"'abc'", "'abc'"}, {"'", "''''"}};
+    for (const auto& [value, expected] : literals) EXPECT_EQ(literal(value), expected) << value;
+}
+
+TEST(Quoting, EscapingAndNarrowRules) {
+    auto exporter = GenericSQLExporter::exporter();
+    EXPECT_EQ(exporter->escapeQuoteCharacter(R"(a'b"c\d)"), R"(a\'b\"c\\d)");
+    EXPECT_EQ(exporter->escapeQuoteCharacter("èé", "é"), R"(è\é)") << "by characters, not bytes";
+    EXPECT_EQ(exporter->escapeQuoteCharacter("\\"), R"(\\)");
+    EXPECT_EQ(exporter->addQuotes("it's"), R"('it\'s')");
+    EXPECT_EQ(exporter->quoteForSQL("a' `b"), R"('a\' `b')");
+    EXPECT_EQ(exporter->quoteForSQL("a'`b"), "a'`b");
+    EXPECT_EQ(exporter->quoteForSQL("a'`b", true), R"('a\'`b')");
+    EXPECT_EQ(exporter->quoteForSQL("a b", true), "a b");
+}
+
+// === views
+
+/// A dialect; what it can do with views is set by each test.
+class Dialect : public GenericSQLExporter {
+public:
+    bool views = true, replaces = false, needsOwner = false;
+    std::string instructionSeparator() override { return "\ngo\n"; }
+    bool supportsViews() const override { return views; }
+    bool canUpdateViewWithStandardCommand() const override { return replaces; }
+    bool requiresOwnershipForAlter() const override { return needsOwner; }
+    std::string changeOwnerToCurrent(SQLObject& object) override { return "OWN " + getCanonicalName(object); }
+};
+class PlainDialect : public GenericSQLExporter {};
+
+std::shared_ptr<SQLView> view(const char* name, const OptionalText& query) {
+    auto made = SQLView::viewWithName(name);
+    if (query) made->setQueryString(query);
+    return made;
+}
+
+TEST(ViewExport, CreateTextFollowsTheQuery) {
+    const struct {
+        OptionalText query;
+        const char* expected;
+    } cases[] = {
+        {" \nSELECT 1;\n", "CREATE VIEW s.v  AS SELECT 1;"},
+        {"SELECT 1;;", "CREATE VIEW s.v  AS SELECT 1;;"},
+        {"SELECT '%@' ;", "CREATE VIEW s.v  AS SELECT '%@' ;"},
+        {" \n\t", "/* VIEW s.v - no query specified */"},
+        {std::nullopt, "/* VIEW s.v - no query specified */"},
+    };
+    for (const auto& [query, expected] : cases)
+        EXPECT_EQ(GenericSQLExporter::exporter()->export_(*view("s.v", query)), expected);
+    EXPECT_EQ(create<Dialect>()->export_(*view("v", "SELECT 1;")), "CREATE VIEW v  AS SELECT 1\ngo\n");
+    EXPECT_EQ(create<PlainDialect>()->export_(*view("v", "SELECT 1")), "") << "support is never inherited";
+    EXPECT_THAT(GenericSQLExporter::exporter()->postLoadAsVector(*view("v", "SELECT 1")), IsEmpty());
+}
+
+TEST(ViewExport, ChangedViewIsDroppedAndCreated) {
+    auto now = view("v", "SELECT 2"), old = view("w", "SELECT 1");
+    auto generic = GenericSQLExporter::exporter();
+    LogCapture captured;
+    EXPECT_THAT(generic->alterAsVector(*now, *now, nullptr), IsEmpty());
+    EXPECT_THAT(generic->alterAsVector(*view("v", "SELECT 2;"), *now, nullptr), IsEmpty()) << "the texts are equal";
+    EXPECT_THAT(generic->alterAsVector(*now, *old, nullptr),
+                ElementsAre("DROP VIEW w;\n", "CREATE VIEW v  AS SELECT 2;"));
+    EXPECT_THAT(captured.lines(), ElementsAre("altering SQLView", "altering SQLView", "altering SQLView"));
+
+    auto dialect = create<Dialect>();
+    dialect->needsOwner = true;
+    const std::string created = "CREATE VIEW v  AS SELECT 2\ngo\n";
+    EXPECT_THAT(dialect->alterAsVector(*now, *old, nullptr), ElementsAre("OWN w", "DROP VIEW w\ngo\n\n", created));
+    dialect->replaces = true;
+    EXPECT_THAT(dialect->alterAsVector(*now, *old, nullptr), ElementsAre("OWN w", created));
+    dialect->views = false;
+    EXPECT_THAT(dialect->alterAsVector(*now, *old, nullptr), IsEmpty());
 }
 
 }  // namespace

@@ -65,8 +65,6 @@ TEST(ForeignKeyGraph, GivesAChainTheTypeOfItsEnd) {
         const char* trees;
     } rows[] = {
         {"ab bc", "CCCDE", "c(b)"},
-        {"bc ab", "CCCDE", "c(b)"},
-        {"ac bc dc", "CCCCE", "c(abd)"},
         {"ac bc dc b-", "CBCCE", "c(ad)"},
         {"ab a-", "ABCDE", ""},
         {"ab bc b-", "BBCDE", "b(a)"},
@@ -80,7 +78,6 @@ TEST(ForeignKeyGraph, GivesAChainTheTypeOfItsEnd) {
         {"ab bc ca", "CCCDE", "c(b)"},
         {"aa", "ABCDE", ""},
         // A root is handed to direct children only: a keeps c.
-        {"ab bc cd", "CDDDE", "d(c)"},
         {"ab bc cd de", "CDEEE", "e(d)"},
     };
     for (const auto& row : rows) {
@@ -148,8 +145,7 @@ TEST(ForeignKeyGraph, HoldsLongChainsAndWideTrees) {
     for (std::size_t i = 0; i < kCount; ++i)
         if (i != 7) wide->removeChild(*children[i]);
     EXPECT_THAT(wide->children(), ElementsAre(children[7]));
-    wide->addChild(children[7]);
-    wide->addChild(children[3]);
+    for (const std::size_t kept : {7, 3}) wide->addChild(children[kept]);
     wide->removeChild(*children[5]);
     EXPECT_THAT(wide->children(), ElementsAre(children[7], children[3]));
     auto other = FKGraphNode::nodeWithField(nullptr);
@@ -164,7 +160,6 @@ TEST(ForeignKeyGraph, FlatFormKeepsListsOfColumns) {
         const char* typeOfA;
     } rows[] = {
         {"ab", "ba ", "BB"},
-        {"ab cb", "bac ", "BB"},
         {"ab bc", "ba ", "BB"},  // a list of its own, without the target
         {"ab cd bc", "dcab ", "DD"},
         {"ab cb a-", "bc ", "AA"},

@@ -21,56 +21,19 @@ SourceNodePtr withWords(SourceNodePtr node, const std::vector<std::string>& word
     return node;
 }
 
-TEST(SourceNode, WritesItsPartsInOrder) {
-    auto node = QVSourceNode::nodeWithValue("value", "<before>", "<after>");
-    node->setQuoteString("'");
-    node->setPrefixValue("prefix ");
-    node->setPostfixValue(" postfix");
-    node->setSpaceBeforeChildren("[");
-    node->setSpaceAfterChildren("]");
-    node->setNodeComment("not written");
-    EXPECT_EQ(node->string(), "<before>'prefix value postfix'<after>") << "no child, no space around the children";
-    node->addChildWithValue("a");
-    EXPECT_EQ(node->string(), "<before>'prefix value[a] postfix'<after>");
-}
-
-TEST(SourceNode, IsVisibleByValueByChildOrAlways) {
-    auto node = QVSourceNode::bracketBlock();
-    node->setSpaceBefore(" ");
-    node->setSpaceAfter(" ");
-    EXPECT_EQ(node->string(), "");
-    auto group = node->addChildNode();
-    EXPECT_FALSE(node->isVisible());
-    EXPECT_EQ(node->lastVisibleChild(), nullptr);
-    node->setAlwaysVisible(true);
-    EXPECT_EQ(node->string(), " () ");
-    node->setAlwaysVisible(false);
-    auto leaf = group->addChildWithValue("x");
-    EXPECT_EQ(node->string(), " (x) ");
-    EXPECT_EQ(node->lastVisibleChild(), group);
-    leaf->setValue("");
-    EXPECT_EQ(node->string(), "");
-}
-
-TEST(SourceNode, SeparatesVisibleChildren) {
-    auto plain = QVSourceNode::bracketBlock();
-    plain->addChildWithValue("a");
-    plain->addChildWithValue("b");
-    EXPECT_EQ(plain->string(), "(a ,b)") << "children keep their blanks; the outer ones are trimmed";
-
+TEST(SourceNode, SeparatesVisibleChildrenUnlessTheyAreFlaggedAtTheEnd) {
     auto spaced = withWords(QVSourceNode::bracketBlock(), {"a", "", "b", ""});
     spaced->setInfixSpaceAfter(" ");
     spaced->setChildSpaceBefore("\t");
     EXPECT_EQ(spaced->string(), "(a, \tb)") << "invisible children leave neither text nor separator";
-}
 
-TEST(SourceNode, FlaggedChildrenTakeNoPartInTheLastSeparator) {
     struct Case {
         std::vector<std::string> words;
         std::vector<std::size_t> flagged;
         std::string expected;
     };
     const Case cases[] = {
+        {{"a ", "b "}, {}, "(a ,b)"},       // children keep their blanks; the outer ones are trimmed
         {{"a", "b", "c"}, {2}, "(a,bc)"},   // behind the last infix item
         {{"a", "b", "c"}, {1}, "(a,b,c)"},  // in the middle
         {{"a", "b", "c"}, {1, 2}, "(ab,c)"},
@@ -95,10 +58,6 @@ TEST(SourceNode, WithoutTrimmingTheOuterSpacesOfTheChildrenComeBack) {
     block->setChildren({});
     block->addChildWithValue(" \t\n", "<", " ");
     EXPECT_EQ(block->string(), "(\n<<\n )") << "trimmed first, then both outer spaces come back";
-    auto blank = QVSourceNode::node();
-    blank->setTrimChildren(false);
-    blank->addChildWithValue(" \n", " ", "\t");
-    EXPECT_EQ(blank->string(), " \t");
 }
 
 TEST(SourceNode, QuotesAreEscapedInsideChildrenOnly) {
@@ -106,7 +65,6 @@ TEST(SourceNode, QuotesAreEscapedInsideChildrenOnly) {
     quoted->setQuoteString("\"");
     auto inner = quoted->addChildWithValue("a\"b", "");
     EXPECT_EQ(quoted->string(), "\"own\"a\\\"b\"");
-    EXPECT_EQ(quoted->stringForNode(*inner), "a\\\"b");
 
     auto list = QVSourceNode::bracketBlock();
     list->setQuoteChildren(true);
@@ -120,23 +78,6 @@ TEST(SourceNode, QuotesAreEscapedInsideChildrenOnly) {
     outer->setQuoteString("'");
     outer->addChild(inner)->setQuoteString("'");
     EXPECT_EQ(outer->string(), "'\\'a\"b\\''") << "a child's own quotes are escaped too";
-}
-
-TEST(SourceNode, FactoriesGiveTheirPunctuation) {
-    EXPECT_EQ(QVSourceNode::nodeWithValue("SELECT")->string(), "SELECT ");
-    EXPECT_EQ(QVSourceNode::nodeWithValueOfType("x", 7)->type(), 7);
-    EXPECT_EQ(QVSourceNode::nodeWithStringFormat("ALTER TABLE %@ %ld", "%@", 3)->string(), "ALTER TABLE %@ 3 ");
-    EXPECT_EQ(QVSourceNode::commentBlockWithStringValue(" no ")->string(), "/* no */");
-    auto fresh = QVSourceNode::node();
-    EXPECT_TRUE(fresh->trimChildren());
-    EXPECT_EQ(fresh->elementId(), std::nullopt);
-    EXPECT_EQ(fresh->openCommentString() + fresh->closeCommentString(), "/**/");
-    fresh->setOpenCommentString("");
-    fresh->setObjectUid("");
-    EXPECT_EQ(fresh->openCommentString(), "");
-    EXPECT_EQ(fresh->objectUid(), "");
-    fresh->setObjectUid(std::nullopt);
-    EXPECT_EQ(fresh->objectUid(), std::nullopt);
 }
 
 TEST(SourceNode, ChildrenAreFoundMovedAndReleased) {
@@ -155,11 +96,10 @@ TEST(SourceNode, ChildrenAreFoundMovedAndReleased) {
 
     root->addChild(first);
     root->removeChild(first);
-    EXPECT_EQ(root->children().size(), 2u) << "every occurrence goes";
     EXPECT_EQ(first->parentNode(), nullptr);
     EXPECT_EQ(root->addChild(nullptr), nullptr);
     EXPECT_EQ(root->addChild(SourceNodePtr()), nullptr);
-    EXPECT_EQ(root->children().size(), 2u);
+    EXPECT_EQ(root->children().size(), 2u) << "every occurrence goes";
     EXPECT_THROW(group->addChild(root), AssertionFailure);
     EXPECT_THROW(group->insertChild(group, 0), AssertionFailure);
 
@@ -177,18 +117,6 @@ TEST(SourceNode, AStringInPlaceOfANodeIsLogged) {
     root->addChildWithValue("x", "");
     EXPECT_EQ(root->string(), "word x");
     EXPECT_THAT(log.lines(), ElementsAre("warning - added string instead of node (word)"));
-}
-
-TEST(SourceNode, ADerivedNodeShowsOtherText) {
-    struct Shouting : QVSourceNode {
-        std::string displayValue() const override { return uppercased(value()); }
-    };
-    auto root = QVSourceNode::node();
-    auto shouting = std::make_shared<Shouting>();
-    root->addChild(shouting);
-    EXPECT_EQ(root->string(), "") << "what counts for being visible is the value";
-    shouting->setValue("drop");
-    EXPECT_EQ(root->string(), "DROP");
 }
 
 TEST(SourceNode, ATextFieldIsNeverReadHalfWritten) {
@@ -214,9 +142,7 @@ TEST(SQLBlockSplitter, CutsBehindSemicolonsOutsideQuotes) {
         std::vector<std::string> statements;
     };
     const Case cases[] = {
-        {"", {""}},
         {" \n ", {""}},
-        {"a", {"a"}},
         {"\n a; \n", {"a;"}},
         {"a; 'x;y'; b", {"a;", " 'x;y';", " b"}},
         {"a;;b", {"a;", ";", "b"}},

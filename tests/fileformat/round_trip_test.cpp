@@ -68,26 +68,11 @@ TEST(Examples, AnOldDocumentIsBroughtUpToDateOnce) {
     EXPECT_THAT(log.lines(), IsEmpty());
     SQLContainer& container = *old.container;
     EXPECT_EQ(container.getObjectByName("companies")->getComment(), "The companies of the group");
-    const auto column = [&](const char* table, const char* name) {
-        return as<SQLTable>(container.getObjectByName(table))->getFieldByName(name);
-    };
-    EXPECT_TRUE(column("companies", "company_no")->getPrimaryKey());
-    EXPECT_TRUE(column("companies", "name")->getNotNull());
-    EXPECT_EQ(column("departments", "company_no")->getReferences(), "companies(company_no)");
-    EXPECT_EQ(column("employees", "manager_no")->getReferences(), "employees(employee_no)");
-    EXPECT_EQ(column("badges", "employee_no")->getReferences(), "employees(employee_no)");
-    EXPECT_EQ(column("employees", "company_no")->getReferences(), std::nullopt);
     auto* employees = as<SQLTable>(container.getObjectByName("employees"));
-    EXPECT_THAT(employees->foreignKeyObjectsInTable(), ::testing::SizeIs(1));
+    EXPECT_EQ(employees->getFieldByName("company_no")->getReferences(), std::nullopt);
+    ASSERT_THAT(employees->foreignKeyObjectsInTable(), ::testing::SizeIs(1));
     EXPECT_EQ(employees->foreignKeyObjectsInTable()[0]->getTestCompareString(),
               "(company_no,department_no) references (company_no,department_no)");
-    const auto check = [](SQLTable* table) {
-        auto* constraint = as<SQLConstraint>(table->objectOfClass(isKindOf<SQLConstraint>, 0));
-        return constraint->getName() + ": " + constraint->checkConstraintExpression();
-    };
-    EXPECT_EQ(check(employees), "employees_salary: salary >= 0");
-    EXPECT_EQ(check(as<SQLTable>(container.getObjectByName("departments"))),
-              "department_no_check_cons: department_no BETWEEN 1 AND 999");
     EXPECT_TRUE(container.documentInfo()->getSnapToGrid());
 
     const std::string first = container.xmlDocument();
@@ -130,15 +115,26 @@ void fill(SQLObject& object) {
 
 void expectFilled(const SQLObject& object) {
     for (const std::string key : kTextKeys) {
-        if (object.getClassType() == "SQLViewEntry" && (key == keys::referenceLinkName || key == keys::foreignKeyName))
-            continue;
-        EXPECT_EQ(object.getProperty(key), valueFor(key)) << object.getClassType();
+        // Rows of views take part in no reference; they take these names and keep nothing.
+        const bool kept = object.getClassType() != "SQLViewEntry" ||
+                          (key != keys::referenceLinkName && key != keys::foreignKeyName);
+        EXPECT_EQ(object.getProperty(key), kept ? valueFor(key) : "") << object.getClassType();
     }
     for (const char* key : kFlagKeys) EXPECT_EQ(object.getProperty(key), "1") << object.getClassType() << " " << key;
     EXPECT_EQ(object.getProperty(keys::documentScaleFactor), "1.5") << object.getClassType();
     EXPECT_EQ(object.labelIndex(), 3) << object.getClassType();
-    EXPECT_FALSE(object.hasProperty("MEM-secret"));
-    EXPECT_FALSE(object.hasProperty("empty"));
+    EXPECT_FALSE(object.hasProperty("MEM-secret") || object.hasProperty("empty"));
+}
+
+/// The document, its information, its objects and what tables hold.
+std::vector<SQLObject*> objectsOf(SQLContainer& container) {
+    std::vector<SQLObject*> objects{&container, container.documentInfo()};
+    for (const auto& peer : container.objectList()) {
+        objects.push_back(peer.get());
+        if (auto* table = as<SQLTable>(peer.get()))
+            for (const auto& held : table->getFields()) objects.push_back(held.get());
+    }
+    return objects;
 }
 
 class PropertiesOnBothRoutes : public ::testing::TestWithParam<bool> {};
@@ -152,21 +148,13 @@ TEST_P(PropertiesOnBothRoutes, EveryKeyOfEveryKindOfObjectSurvives) {
     table->add(SQLConstraint::constraint());
     table->add(SQLForeignKey::initWithName("k"));
     auto view = SQLView::viewWithName("v");
-    const auto row = SQLViewEntry::viewEntryWithName("columns", "label");
-    view->add(row);
-    const std::shared_ptr<SQLObject> peers[] = {table, view, SQLComment::initWithComment("c"),
-                                                SQLCanvasArea::initWithString("a")};
-    for (const auto& peer : peers) {
-        fill(*peer);
-        for (const auto& held :
-             as<SQLTable>(peer.get()) ? as<SQLTable>(peer.get())->getFields() : SQLTable::Components())
-            fill(*held);
-        container->add(peer);
-    }
-    // Rows of views take part in no reference; they take these names and keep nothing.
-    for (const char* key : {keys::referenceLinkName, keys::foreignKeyName}) row->removeProperty(key);
-    fill(*container->documentInfo());
-    fill(*container);
+    view->add(SQLViewEntry::viewEntryWithName("columns", "label"));
+    container->add(table);
+    container->add(view);
+    container->add(SQLComment::initWithComment("c"));
+    container->add(SQLCanvasArea::initWithString("a"));
+    for (SQLObject* object : objectsOf(*container)) fill(*object);
+    for (const char* key : {keys::referenceLinkName, keys::foreignKeyName}) view->getFields()[0]->removeProperty(key);
 
     Parser parser;
     parser.setForceSafePropertySetter(GetParam());
@@ -174,17 +162,8 @@ TEST_P(PropertiesOnBothRoutes, EveryKeyOfEveryKindOfObjectSurvives) {
     auto again = SQLContainer::newContainer();
     parser.parseXMLFromData(container->xmlDocument(), *again);
     EXPECT_THAT(log.lines(), IsEmpty());
-    expectFilled(*again);
-    expectFilled(*again->documentInfo());
-    ASSERT_EQ(again->count(), 4u);
-    for (const auto& peer : again->objectList()) {
-        expectFilled(*peer);
-        if (auto* holder = as<SQLTable>(peer.get())) {
-            EXPECT_EQ(holder->getFields().size(), as<SQLView>(holder) ? 1u : 4u);
-            for (const auto& held : holder->getFields()) expectFilled(*held);
-        }
-        EXPECT_EQ(container->getObjectWithUID(peer->uid())->frame(), peer->frame());
-    }
+    EXPECT_EQ(objectsOf(*again).size(), 11u);
+    for (const SQLObject* object : objectsOf(*again)) expectFilled(*object);
     EXPECT_TRUE(again->xmlDocument() == container->xmlDocument());
 }
 

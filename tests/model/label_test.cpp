@@ -30,8 +30,9 @@ struct LabelManager : ::testing::Test {
 
     ~LabelManager() override { NotificationCenter::removeObserver(token); }
 
-    std::shared_ptr<SQLTable> add(std::string_view name) {
+    std::shared_ptr<SQLTable> add(std::string_view name, std::optional<std::uint64_t> labelIndex = {}) {
         auto table = SQLTable::tableWithName(std::string(name));
+        if (labelIndex) table->setLabelIndex(*labelIndex);
         document->add(table);
         return table;
     }
@@ -45,22 +46,14 @@ struct LabelManager : ::testing::Test {
 TEST(Label, KeepsItsColourInSRGBAndReadsItsElements) {
     const auto label = SQLObjectLabel::labelWithName("urgent", Color{1, 0, 0, 1, ColorSpace::DeviceRGB});
     EXPECT_EQ(label->color().space, ColorSpace::SRGB);
-    EXPECT_EQ(label->description(), label->SQLObject::description() + " - name = urgent, color = " +
-                                        label->colorString() + ", uid = " + label->uid());
-    for (bool carefully : {false, true}) {
-        const auto read = create<SQLObjectLabel>();
-        const std::pair<const char*, std::string> elements[] = {
-            {"name", "urgent"}, {"colorString", kBlue.string()}, {"hidden", "1"}, {"expanded", "1"}};
-        for (const auto& [key, text] : elements) {
-            if (carefully)
-                read->setSafePropertyValue({text}, key);
-            else
-                read->classInfo().setterFor(key)->apply(*read, {text});
-        }
-        EXPECT_EQ(read->getName(), "urgent");
-        EXPECT_EQ(read->colorString(), kBlue.string());
-        EXPECT_TRUE(read->isHidden() && read->isExpanded());
-        EXPECT_FALSE(read->hasProperty("hidden") || read->hasProperty("expanded"));
+    const auto read = create<SQLObjectLabel>(), safe = create<SQLObjectLabel>();
+    for (const char* key : {"hidden", "expanded"}) {
+        read->classInfo().setterFor(key)->apply(*read, {"1"});
+        safe->setSafePropertyValue({"1"}, key);
+    }
+    for (const auto& each : {read, safe}) {
+        EXPECT_TRUE(each->isHidden() && each->isExpanded());
+        EXPECT_FALSE(each->hasProperty("hidden") || each->hasProperty("expanded"));
     }
     label->setIsHidden(true);
     label->setIsDefault(true);
@@ -92,8 +85,6 @@ TEST_F(LabelManager, ListIsUndoableAndAnnounced) {
     EXPECT_THAT(manager.labelList(), ElementsAre(twin, red));
     EXPECT_EQ(announcements, 6);
     EXPECT_EQ(manager.labelMatchingLabel(*red), twin) << "the first of that look";
-    EXPECT_EQ(manager.labelWithUid(red->uid()), red);
-    EXPECT_EQ(manager.labelWithUid("nobody"), nullptr);
 }
 
 TEST_F(LabelManager, FindsByNameAndColourAsTheyAre) {
@@ -105,7 +96,6 @@ TEST_F(LabelManager, FindsByNameAndColourAsTheyAre) {
     red->setColor(kBlue);
     EXPECT_EQ(manager.objectLabelWithName("z", kBlue), red);
     red->setUid("R");
-    EXPECT_EQ(manager.labelWithUid("R"), red);
     manager.sortLabelTable();
     EXPECT_EQ(manager.labelList().back(), red);
     EXPECT_EQ(manager.labelWithUid("R"), red);
@@ -114,38 +104,28 @@ TEST_F(LabelManager, FindsByNameAndColourAsTheyAre) {
     other->objectLabelManager()->objectLabelWithName("z", kBlue);
     other->objectLabelManager()->loadLabelsFromManager(manager);
     EXPECT_EQ(other->objectLabelManager()->labelList().size(), 3u);
-    EXPECT_FALSE(undo->canUndo());
-    const auto table = add("t");
-    table->setLabel(red);
+    add("t")->setLabel(red);
     red->setIsHidden(true);
     EXPECT_TRUE(copyOf(*document)->objectLabelManager()->labelWithUid("R")->isHidden());
-    manager.removeAllLabels();
-    EXPECT_TRUE(manager.labelList().empty());
 }
 
 TEST_F(LabelManager, TablesGetTheLabelTheyName) {
-    auto load = [&](std::string_view name, std::string_view color) {
+    auto load = [&](const char* name, const std::string& color, const char* uid = "") {
         const auto table = add("t");
-        table->setProperty(keys::labelName, std::string(name));
-        if (!color.empty()) table->setProperty(keys::labelColor, std::string(color));
+        for (auto [key, value] : {std::pair{keys::labelName, std::string(name)}, {keys::labelColor, color},
+                                  {keys::labelUid, std::string(uid)}})
+            if (!value.empty()) table->setProperty(key, value);
         manager.createLabelFromObjectIfRequired(*table);
         return table;
     };
     for (const char* none : {"Default", "null", ""}) EXPECT_EQ(load(none, kRed.string())->label(), nullptr) << none;
-    const auto first = load("urgent", kRed.string()), second = load("urgent", kRed.string()),
-               third = load("urgent", kBlue.string());
+    const auto first = load("urgent", kRed.string()), second = load("urgent", kRed.string());
+    const auto third = load("urgent", kBlue.string()), saved = load("saved", "", "S");
     ASSERT_NE(first->label(), nullptr);
-    EXPECT_EQ(first->label()->color(), kRed);
     EXPECT_EQ(second->label(), first->label());
     EXPECT_NE(third->label(), first->label());
-    EXPECT_EQ(manager.labelList().size(), 2u);
     EXPECT_EQ(first->getProperty(keys::labelUid), first->label()->uid());
-    const auto saved = add("s");
-    saved->setProperty(keys::labelName, "saved");
-    saved->setProperty(keys::labelUid, "S");
-    manager.createLabelFromObjectIfRequired(*saved);
     EXPECT_EQ(saved->label()->uid(), "S");
-    EXPECT_EQ(group(saved->label().get()), "s");
     EXPECT_EQ(manager.objectCountByLabel().size(), 4u) << "three labels, and the objects without one";
 
     const auto plain = add("plain");
@@ -160,61 +140,34 @@ TEST_F(LabelManager, TablesGetTheLabelTheyName) {
 TEST_F(LabelManager, GroupsFollowTheObjectsLabels) {
     const auto a = add("a"), b = add("b"), c = add("c");
     EXPECT_EQ(group(nullptr), "cba") << "without an index each goes first";
-    const auto d = SQLTable::tableWithName("d");
-    d->setLabelIndex(1);
-    document->add(d);
-    const auto e = SQLTable::tableWithName("e");
-    e->setLabelIndex(99);
-    document->add(e);
+    const auto d = add("d", 1), e = add("e", 99);
     EXPECT_EQ(group(nullptr), "cdbae");
 
     const auto red = SQLObjectLabel::labelWithName("red", kRed);
     manager.addLabel(red, false);
     b->setLabel(red);
     d->setLabel(red);
-    EXPECT_EQ(group(nullptr), "cae");
-    EXPECT_EQ(group(red.get()), "bd");
+    EXPECT_EQ(group(nullptr) + " " + group(red.get()), "cae bd");
     EXPECT_THAT(manager.objectCountByLabel(), UnorderedElementsAre(Pair("Default", 3u), Pair(red->uid(), 2u)));
     red->setIsDefault(true);
     EXPECT_EQ(manager.countOfObjectsWithLabel(red.get()), 3u) << "the default label is no group of its own";
     red->setIsDefault(false);
     document->remove(*d);
     b->setLabel(nullptr);
-    EXPECT_EQ(group(nullptr), "bcae");
-    EXPECT_EQ(manager.countOfObjectsWithLabel(red.get()), 0u);
+    EXPECT_EQ(group(nullptr) + " " + group(red.get()), "bcae ");
 
     manager.moveObject(*e, 1);
     EXPECT_EQ(group(nullptr), "beca");
     EXPECT_EQ(a->labelIndex(), 3);
     manager.moveObject(*b, 99);
     EXPECT_EQ(group(nullptr), "ecab");
-    EXPECT_EQ(b->getProperty(keys::labelWindowIndex), "3");
 
     c->setLabelIndex(0);
     e->setLabelIndex(2);
     manager.postLoadProcess();
     EXPECT_EQ(group(nullptr), "ceab");
-    EXPECT_EQ(e->labelIndex(), 2);
     manager.reorderTablesFromIndexes("Default");
     EXPECT_EQ(e->labelIndex(), 1);
-    manager.updateLabelList();
-    EXPECT_EQ(group(nullptr).size(), 4u);
-}
-
-TEST_F(LabelManager, LabelsAreWrittenAndArchived) {
-    manager.objectLabelWithName("red", kRed)->setIsExpanded(true);
-    manager.objectLabelWithName("blue", kBlue)->setIsHidden(true);
-    const XMLElement node("node");
-    manager.exportLabelsToXMLNode(node);
-    const std::string xml = node.text();
-    EXPECT_LT(xml.find("<![CDATA[red]]>"), xml.find("<expanded>1</expanded>"));
-    EXPECT_LT(xml.find("<expanded>1</expanded>"), xml.find("<![CDATA[blue]]>"));
-
-    KeyedArchiver coder;
-    manager.encodeWithCoder(coder);
-    const Value& blue = coder.entries().at("labels").asList()->at(1);
-    EXPECT_EQ(blue,
-              Value(Value::Map{{"name", "blue"}, {"colorString", kBlue.string()}, {"hidden", "1"}, {"expanded", "0"}}));
 }
 
 }  // namespace

@@ -11,8 +11,6 @@
 #include "vellicor/model/table_component.h"
 #include "vellicor/model/value_objects.h"
 #include "vellicor/platform/exception.h"
-#include "vellicor/platform/json.h"
-#include "vellicor/platform/regular_expression.h"
 #include "vellicor/platform/text_format.h"
 
 namespace vellicor {
@@ -42,27 +40,15 @@ struct Witness : KeyObserver {
     Events& events;
 };
 
-TEST(ObjectUid, IsAFreshUuidFromTheFirstMoment) {
-    auto object = create<SQLObject>();
-    const std::string uid = object->uid();
-    const RegularExpression canonical("^[0-9A-F]{8}-[0-9A-F]{4}-4[0-9A-F]{3}-[89AB][0-9A-F]{3}-[0-9A-F]{12}$");
-    EXPECT_TRUE(canonical.firstMatch(uid)) << uid;
-    EXPECT_EQ(object->getUid(), uid);
-    object->resetUid();
-    EXPECT_NE(object->uid(), uid);
-    EXPECT_NE(create<SQLObject>()->uid(), create<SQLObject>()->uid());
-    // Every way to the properties sees it.
+TEST(ObjectUid, IsThereFromTheFirstMomentWhicheverWayItIsRead) {
     EXPECT_EQ(create<SQLObject>()->properties()->internalProperties().find("uid")->text().size(), 36u);
     EXPECT_EQ(create<SQLObject>()->propertiesAsDictionary().at(0).second.text().size(), 36u);
     EXPECT_EQ(create<SQLObject>()->properties()->valueForKey("uid")->text().size(), 36u);
     EXPECT_TRUE(create<SQLObject>()->hasProperty("uid"));
-    // One given before anybody looked stays.
-    auto given = create<SQLObject>();
+    auto given = create<SQLObject>(), removed = create<SQLObject>();
     given->setProperties({{"uid", "B"}});
-    EXPECT_EQ(given->uid(), "B");
-    given = create<SQLObject>();
-    given->removeProperty("uid");
-    EXPECT_EQ(given->uid(), "");
+    removed->removeProperty("uid");
+    EXPECT_EQ(given->uid() + removed->uid(), "B") << "what was decided before anybody looked stays";
 }
 
 TEST(ObjectUid, TheHolderHearsOfEveryChange) {
@@ -70,7 +56,7 @@ TEST(ObjectUid, TheHolderHearsOfEveryChange) {
     auto object = create<SQLObject>();
     object->setUid("A");
     object->setContainer(holder.get());
-    EXPECT_TRUE(object->setUid("B"));
+    object->setUid("B");
     EXPECT_THAT(holder->take(), ElementsAre("A becomes B", "has B"));
     object->setProperty("uid", "C");
     object->setProperties({{"x", "1"}, {"uid", "D"}});
@@ -79,7 +65,7 @@ TEST(ObjectUid, TheHolderHearsOfEveryChange) {
     EXPECT_THAT(holder->take(), ElementsAre("has C", "has D", "has "));
 }
 
-TEST(ObjectProperties, NullsAreLoggedAndChangeNothing) {
+TEST(ObjectProperties, NullsAreLoggedAndChangeNothingAndMissingPartsAreAssertions) {
     testing::LogCapture logged;
     auto object = create<SQLObject>();
     object->setProperty("key", "old");
@@ -90,11 +76,7 @@ TEST(ObjectProperties, NullsAreLoggedAndChangeNothing) {
                                             "attempted to set nil key for property",
                                             "attempted to set nil value for property: objectComment"));
     EXPECT_EQ(object->getProperty("key"), "old");
-    EXPECT_EQ(object->getProperty("absent"), "");
-    EXPECT_FALSE(object->hasProperty("absent"));
-}
 
-TEST(ObjectProperties, MissingPartsAreAssertions) {
     SQLObject withoutDictionary;
     try {
         withoutDictionary.setProperty("key", "value");
@@ -106,23 +88,6 @@ TEST(ObjectProperties, MissingPartsAreAssertions) {
     EXPECT_THROW(QVMutableNotifyingPropertyDictionary(nullptr), AssertionFailure);
 }
 
-TEST(ObjectProperties, FlagsAreTextThatIsScanned) {
-    auto object = create<SQLObject>();
-    for (const char* yes : {"yes", "T", "01", " +1", "9"}) {
-        object->setProperty("flag", yes);
-        EXPECT_TRUE(object->getPropertyAsBoolean("flag")) << yes;
-    }
-    for (const char* no : {"0", "no", "", "00", "x1"}) {
-        object->setProperty("flag", no);
-        EXPECT_FALSE(object->getPropertyAsBoolean("flag")) << no;
-    }
-    object->setPropertyAsBoolean("flag", true);
-    EXPECT_EQ(object->getProperty("flag"), "1");
-    object->setPropertyAsBoolean("flag", false);
-    EXPECT_EQ(object->getProperty("flag"), "0");
-    EXPECT_FALSE(object->getPropertyAsBoolean("absent"));
-}
-
 TEST(PropertyMapTest, KeepsTheOrderOfArrivalHoweverMany) {
     PropertyMap map;
     for (int i = 0; i < 60; ++i) map.set(std::to_string(i), PropertyValue::integer(i));
@@ -132,7 +97,6 @@ TEST(PropertyMapTest, KeepsTheOrderOfArrivalHoweverMany) {
     map.set("0", "last");
     EXPECT_EQ(map.size(), 58u);
     EXPECT_EQ(map.find("58")->text(), "58");
-    EXPECT_EQ(map.find("59"), nullptr);
     EXPECT_EQ(map.begin()->value.text(), "again");
     EXPECT_EQ(std::prev(map.end())->key.view(), "0");
     for (int i = 1; i < 59; ++i) map.remove(std::to_string(i));
@@ -189,18 +153,17 @@ TEST(ObjectUndo, OnlyWhatIsUndoableIsRegistered) {
     auto undo = std::make_shared<StandardUndoManager>();
     auto object = create<SQLObject>();
     object->setUndoManager(undo);
-    auto undoGives = [&](std::string_view key, std::string_view value, bool present) {
-        ASSERT_TRUE(undo->canUndo());
+    auto undone = [&](const char* key) {
+        EXPECT_TRUE(undo->canUndo());
         undo->undo();
-        EXPECT_EQ(object->getProperty(key), value);
-        EXPECT_EQ(object->hasProperty(key), present);
+        return object->hasProperty(key) ? object->getProperty(key) : "absent";
     };
     object->setProperty("other", "1");
     EXPECT_FALSE(undo->canUndo());
     object->setProperty("hidden", "1");
     object->setProperty("hidden", "0");
-    undoGives("hidden", "1", true);
-    undoGives("hidden", "", false);
+    EXPECT_EQ(undone("hidden"), "1");
+    EXPECT_EQ(undone("hidden"), "absent");
     undo->redo();
     EXPECT_EQ(object->getProperty("hidden"), "1");
     undo->removeAllActions();
@@ -208,18 +171,13 @@ TEST(ObjectUndo, OnlyWhatIsUndoableIsRegistered) {
     object->setUndoableProperty("key", "a");
     object->setUndoableProperty("key", "b");
     object->removeUndoableProperty("key");
-    object->removeUndoableProperty(std::nullopt);
-    undoGives("key", "b", true);
-    undoGives("key", "a", true);
-    undoGives("key", "", false);
+    for (const char* value : {"b", "a", "absent"}) EXPECT_EQ(undone("key"), value);
     EXPECT_FALSE(undo->canUndo());
 
     object->setName("orders");
     EXPECT_EQ(undo->undoActionName(), "set object name");
     undo->undo();
     EXPECT_EQ(object->name(), std::nullopt);
-    undo->redo();
-    EXPECT_EQ(object->getName(), "orders");
 }
 
 TEST(ObjectUndo, GoesThroughTheHolderIfAtAll) {
@@ -252,22 +210,19 @@ TEST(ObjectUndo, AnotherThreadRegistersNothingEvenWhenItIsTheFirstToChangeSometh
     EXPECT_TRUE(undo->canUndo());
 }
 
-TEST(ObjectLabel, LeavesItsTextsInTheProperties) {
+TEST(ObjectLabel, LeavesItsTextsInThePropertiesAndIsCopied) {
     auto undo = std::make_shared<StandardUndoManager>();
     auto object = create<SQLObject>();
     auto label = SQLObjectLabel::labelWithName("urgent", Color::sRGB(1, 0, 0));
     object->setUndoManager(undo);
     object->setLabel(label);
     EXPECT_EQ(undo->undoActionName(), "set label");
-    EXPECT_EQ(object->getProperty("labelName"), "urgent");
-    EXPECT_EQ(object->getProperty("labelColor"), "{1,0,0,1,sRGBColorSpace}");
-    EXPECT_EQ(object->getProperty("labelUid"), label->uid());
+    EXPECT_EQ(object->getProperty("labelName") + object->getProperty("labelColor") + object->getProperty("labelUid"),
+              "urgent{1,0,0,1,sRGBColorSpace}" + label->uid());
+    EXPECT_NE(copyOf(*object)->label(), label);
+    EXPECT_EQ(copyOf(*object)->label()->uid(), label->uid());
     undo->undo();
-    EXPECT_EQ(object->label(), nullptr);
     for (const char* key : {"labelName", "labelColor", "labelUid"}) EXPECT_FALSE(object->hasProperty(key)) << key;
-
-    object->setLabelIndex(7);
-    EXPECT_EQ(object->labelIndex(), 7);
     object->setLabelIndex(static_cast<std::uint64_t>(-1));
     EXPECT_EQ(object->getProperty("labelWindowIndex"), "18446744073709551615");
     EXPECT_EQ(object->labelIndex(), 2147483647);
@@ -288,101 +243,27 @@ TEST(ObjectNameAndPlace, ObserversAndTheHolderHearOfChanges) {
     object->setLocation({1, 2});
     object->setSize({3, 4});
     EXPECT_THAT(events, ElementsAre("will frame", "did frame", "will frame", "did frame"));
-    EXPECT_EQ(object->frame(), (Rect{{1, 2}, {3, 4}}));
 }
 
-TEST(ObjectNameAndPlace, MovingRunsTheOverridableSetters) {
-    struct Pinned : SQLObject {
-        void setLocation(Point) override {}
-    };
-    auto object = create<SQLObject>();
-    object->setLocationFromObject(*SQLPoint::pointWithPoint({3, 4}));
-    object->setSizeFromObject(*SQLSize::sizeWithSize({5, 6}));
-    EXPECT_EQ(object->frame(), (Rect{{3, 4}, {5, 6}}));
-    object->relocateToOrigin(-3, -4);
-    EXPECT_EQ(object->location(), Point());
-    auto pinned = create<Pinned>();
-    pinned->setFrame({{1, 1}, {2, 2}});
-    EXPECT_EQ(pinned->frame(), (Rect{{0, 0}, {2, 2}}));
-    pinned->setFrameWithoutUpdate({{1, 1}, {2, 2}});
-    EXPECT_EQ(pinned->location(), (Point{1, 1}));
-}
-
-TEST(ValueObjects, SizesReadAsTextAreOfSinglePrecision) {
+TEST(ObjectReading, ValuesOfTheWrongKindDoNoHarm) {
     testing::LogCapture logged;
-    SQLPoint point;
-    SQLSize size;
-    EXPECT_EQ(SQLPoint::kClassInfo.setterFor("uid"), nullptr);
-    SQLPoint::kClassInfo.setterFor("x")->apply(point, {"0.1"});
-    SQLPoint::kClassInfo.setterFor("y")->apply(point, {"-2.5e1"});
-    SQLSize::kClassInfo.setterFor("width")->apply(size, {"0.1"});
-    SQLSize::kClassInfo.setterFor("height")->apply(size, {"0.5"});
-    EXPECT_EQ(point.pointValue(), (Point{0.1, -25}));
-    EXPECT_EQ(size.sizeValue(), (Size{double{0.1F}, 0.5}));
-    size.setSafePropertyValue({"0.1"}, "width");
-    size.setSafePropertyValue({"7"}, "x");
-    point.setSafePropertyValue({"3"}, "x");
-    point.setSafePropertyValue({"4"}, "y");
-    EXPECT_EQ(size.sizeValue(), (Size{0.1, 0.5}));
-    EXPECT_EQ(point.description(), "{3, 4}");
+    auto object = create<SQLObjectPeer>();
+    auto point = SQLPoint::pointWithPoint({3, 4});
+    const std::pair<const char*, LoadedValue> elements[] = {
+        {"labelIndex", {"12 of 13"}}, {"location", {"", point.get()}}, {"size", {"", point.get()}}, {"zOrder", {"5"}}};
+    for (const auto& [name, value] : elements) object->classInfo().setterFor(name)->apply(*object, value);
+    object->setSafePropertyValue({"9"}, "location");
+    object->setSafePropertyValue({"", point.get()}, "size");
+    object->setSafePropertyValue({"", point.get()}, "name");
+    EXPECT_EQ(object->labelIndex(), 12);
+    EXPECT_EQ(object->frame(), (Rect{{3, 4}, {0, 0}}));
+    EXPECT_EQ(object->getProperty("zorder"), "5") << "detached, the stacking order only waits";
+    EXPECT_EQ(object->zOrder(), 0);
+    EXPECT_EQ(object->name(), std::nullopt);
+    SQLSize().setSafePropertyValue({"7"}, "x");
     EXPECT_THAT(logged.lines(), IsEmpty());
     SQLValue().setSafePropertyValue({"1"}, "z");
     EXPECT_THAT(logged.lines(), ElementsAre("SQLValue setSafePropertyValue called with key z"));
-}
-
-TEST(ObjectReading, EachClassTakesItsOwnNamesInEitherCase) {
-    auto object = create<SQLObjectPeer>();
-    auto set = [&](std::string_view name, const LoadedValue& value) {
-        const Setter* setter = object->classInfo().setterFor(name);
-        ASSERT_NE(setter, nullptr) << name;
-        setter->apply(*object, value);
-    };
-    auto point = SQLPoint::pointWithPoint({3, 4});
-    auto size = SQLSize::sizeWithSize({5, 6});
-    set("Name", {"orders"});
-    set("uid", {"U"});
-    set("comment", {"c"});
-    set("labelIndex", {"12 of 13"});
-    set("displayNamePending", {"pending"});
-    set("location", {"", point.get()});
-    set("size", {"", size.get()});
-    set("size", {"", point.get()});
-    set("Location", {"text"});
-    set("zOrder", {"5"});
-    set("hasViewPeer", {"yes"});
-    set("mustValidateName", {"true"});
-    EXPECT_EQ(object->getName(), "orders");
-    EXPECT_EQ(object->uid(), "U");
-    EXPECT_EQ(object->getComment(), "c");
-    EXPECT_EQ(object->labelIndex(), 12);
-    EXPECT_EQ(object->displayNamePending(), "pending");
-    EXPECT_EQ(object->frame(), (Rect{{3, 4}, {5, 6}}));
-    EXPECT_EQ(object->getProperty("Location"), "text");
-    EXPECT_TRUE(object->getHasViewPeer());
-    EXPECT_FALSE(object->mustValidateName());
-    // Detached, the stacking order only waits in the properties.
-    EXPECT_EQ(object->getProperty("zorder"), "5");
-    EXPECT_EQ(object->zOrder(), 0);
-    for (const char* absent : {"", "zorder", "label", "frame", "minimumSize", "objectFont", "NAME", "sizeFromObject"})
-        EXPECT_EQ(object->classInfo().setterFor(absent), nullptr) << absent;
-    EXPECT_EQ(SQLObject::kClassInfo.setterFor("zOrder"), nullptr);
-}
-
-TEST(ObjectReading, TheCarefulRouteKnowsFourKeys) {
-    auto object = create<SQLObjectPeer>();
-    auto point = SQLPoint::pointWithPoint({3, 4});
-    object->setSafePropertyValue({"orders"}, "name");
-    object->setSafePropertyValue({"U"}, "uid");
-    object->setSafePropertyValue({"", point.get()}, "location");
-    object->setSafePropertyValue({"", point.get()}, "size");
-    object->setSafePropertyValue({"9"}, "location");
-    object->setSafePropertyValue({"", point.get()}, "name");
-    object->setSafePropertyValue({"5"}, "zOrder");
-    EXPECT_EQ(object->getName(), "orders");
-    EXPECT_EQ(object->frame(), (Rect{{3, 4}, {0, 0}}));
-    EXPECT_EQ(object->getProperty("zOrder"), "5");
-    EXPECT_EQ(object->properties()->allKeys(), (std::vector<std::string>{"uid", "zOrder"}));
-    EXPECT_EQ(object->uid(), "U");
 }
 
 TEST(ObjectElements, PropertiesAreSortedAndSomeLeftOut) {
@@ -403,6 +284,7 @@ TEST(ObjectElements, PropertiesAreSortedAndSomeLeftOut) {
     EXPECT_EQ(object->quoteForXML("a]]>b]]>"), "<![CDATA[a]-]>b]-]>]]>");
     EXPECT_EQ(object->quoteForXML(std::nullopt), "");
     EXPECT_EQ(object->exportToXML(), "<SQLObject />\n");
+    EXPECT_THAT(object->description(), MatchesRegex("<SQLObject: 0x[0-9a-f]+> \\(null\\)"));
 }
 
 TEST(ObjectElements, PlacesHaveTwoFractionDigits) {
@@ -419,41 +301,6 @@ TEST(ObjectElements, PlacesHaveTwoFractionDigits) {
               "    <zorder>3</zorder>\n</p>\n");
 }
 
-TEST(ObjectTexts, DescriptionsAndJson) {
-    auto object = create<SQLObject>();
-    EXPECT_THAT(object->description(), MatchesRegex("<SQLObject: 0x[0-9a-f]+> \\(null\\)"));
-    object->setName("%@");
-    EXPECT_THAT(object->description(), MatchesRegex("<SQLObject: 0x[0-9a-f]+> %@"));
-    EXPECT_EQ(object->json(), R"({"ClassType":"SQLObject"})");
-    EXPECT_EQ(create<SQLObjectPeer>()->json(), object->json());
-    EXPECT_EQ(create<SQLObjectPeer>()->getClassType(), "unknown");
-    EXPECT_THAT(object->flatObjectList(), ElementsAre(object));
-}
-
-TEST(ObjectCopy, HasEverythingButTheHolder) {
-    auto holder = create<Holder>();
-    auto object = create<SQLObjectPeer>();
-    auto label = SQLObjectLabel::labelWithName("urgent", Color::sRGB(1, 0, 0));
-    object->setContainer(holder.get());
-    object->setName("orders");
-    object->setLabel(label);
-    object->setProperty("key", PropertyValue::integer(5));
-    object->setFrame({{1, 2}, {3, 4}});
-    auto copy = copyOf(*object);
-    ASSERT_NE(copy, nullptr);
-    EXPECT_EQ(copy->name(), "orders");
-    EXPECT_NE(copy->label(), label);
-    EXPECT_EQ(copy->label()->uid(), label->uid());
-    auto sorted = [](const SQLObject& of) {
-        auto entries = of.propertiesAsDictionary();
-        std::sort(entries.begin(), entries.end(), [](auto& a, auto& b) { return a.first < b.first; });
-        return entries;
-    };
-    EXPECT_EQ(sorted(*copy), sorted(*object));
-    EXPECT_EQ(copy->frame(), object->frame());
-    EXPECT_EQ(copy->container(), nullptr);
-}
-
 TEST(ObjectCopy, NamesAreNotUnquotedOnceMore) {
     auto component = create<SQLTableComponent>();
     EXPECT_EQ(copyOf(*component)->name(), std::nullopt);
@@ -463,38 +310,31 @@ TEST(ObjectCopy, NamesAreNotUnquotedOnceMore) {
 }
 
 TEST(SchemaNames, SplitAtUnquotedDots) {
-    struct Case {
-        const char* name;
-        const char* base;
-        const char* schema;
-        const char* trimmed;
+    const struct {
+        const char *name, *base, *schema, *trimmed;
+    } cases[] = {
+        {"", "", "", ""},
+        {R"("my.schema".t)", "t", "my.schema", "my.schema.t"},
+        {R"("a.b")", "a.b", "", "a.b"},
+        {"a.b.c", "bc", "a", "a.b.c"},
+        {".x", "x", "", ".x"},
+        {"`a`.'b'", "'b'", "a", "a.'b'"},
+        {R"(a\.b.c)", "c", R"(a\.b)", R"(a\.b.c)"},
+        {R"(\"a.b")", "b", R"(\"a)", R"(\"a.b)"},
+        {R"("a\"b\c")", R"(a"b\c)", "", R"(a"b\c)"},
+        {R"("a\)", "a", "", "a"},
+        {R"(größe."π")", "π", "größe", "größe.π"},
     };
-    for (const Case& c : {
-             Case{"", "", "", ""},
-             {"orders", "orders", "", "orders"},
-             {"public.orders", "orders", "public", "public.orders"},
-             {R"("my.schema".t)", "t", "my.schema", "my.schema.t"},
-             {R"("a.b")", "a.b", "", "a.b"},
-             {"a.b.c", "bc", "a", "a.b.c"},
-             {".x", "x", "", ".x"},
-             {"`a`.'b'", "'b'", "a", "a.'b'"},
-             {R"(a\.b.c)", "c", R"(a\.b)", R"(a\.b.c)"},
-             {R"(\"a.b")", "b", R"(\"a)", R"(\"a.b)"},
-             {R"("a\"b\c")", R"(a"b\c)", "", R"(a"b\c)"},
-             {R"("a\)", "a", "", "a"},
-             {R"(größe."π")", "π", "größe", "größe.π"},
-         }) {
-        EXPECT_EQ(SQLObjectPeer::splitNameBySchema(c.name), (NameParts{c.base, c.schema})) << c.name;
-        EXPECT_EQ(SQLObjectPeer::trimName(c.name), c.trimmed) << c.name;
+    for (const auto& [name, base, schema, trimmed] : cases) {
+        EXPECT_EQ(SQLObjectPeer::splitNameBySchema(name), (NameParts{base, schema})) << name;
+        EXPECT_EQ(SQLObjectPeer::trimName(name), trimmed) << name;
     }
 }
 
 TEST(Iterator, EndsWithNullAndALogLine) {
     testing::LogCapture logged;
-    auto object = create<SQLObject>();
-    auto cursor = SQLIterator::iteratorForArray({object});
-    EXPECT_TRUE(cursor.hasNext());
-    EXPECT_EQ(cursor.next(), object);
+    auto cursor = SQLIterator::iteratorForArray({create<SQLObject>()});
+    EXPECT_NE(cursor.next(), nullptr);
     EXPECT_FALSE(cursor.hasNext());
     EXPECT_EQ(cursor.next(), nullptr);
     EXPECT_THAT(logged.lines(), ElementsAre("SQLIterator beyond array"));

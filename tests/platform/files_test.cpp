@@ -18,12 +18,6 @@ std::ptrdiff_t entriesIn(const fs::path& folder) {
     return std::distance(fs::directory_iterator(folder), fs::directory_iterator());
 }
 
-mode_t modeOf(const fs::path& file) {
-    struct stat status {};
-    ::stat(file.c_str(), &status);
-    return status.st_mode & 07777;
-}
-
 TEST(Files, ReadAnswersTheBytesOrTheReason) {
     testing::TempFolder folder;
     std::string bytes("a\0\xFF\r\n", 5);
@@ -41,25 +35,25 @@ TEST(Files, ReplacingKeepsPermissionsAndLinks) {
     testing::TempFolder folder;
     std::string error;
     fs::path file = folder.write("f.xml", "old");
-    for (mode_t mode : {0640, 0600, 0664}) {
-        ::chmod(file.c_str(), mode);
+    for (fs::perms mode : {fs::perms(0640), fs::perms(0600), fs::perms(0664)}) {
+        fs::permissions(file, mode);
         EXPECT_TRUE(writeFileAtomically(file, "new", error)) << error;
-        EXPECT_EQ(modeOf(file), mode);
+        EXPECT_EQ(fs::status(file).permissions(), mode);
         EXPECT_EQ(testing::TempFolder::read(file), "new");
     }
     mode_t mask = ::umask(0027);
     EXPECT_TRUE(writeFileAtomically(folder.path() / "fresh", "x", error));
     ::umask(mask);
-    EXPECT_EQ(modeOf(folder.path() / "fresh"), 0640u);
+    EXPECT_EQ(fs::status(folder.path() / "fresh").permissions(), fs::perms(0640));
 
     fs::create_directory(folder.path() / "links");
     fs::create_symlink("two", folder.path() / "links/one");
     fs::create_symlink("../made", folder.path() / "links/two");
-    EXPECT_TRUE(writeFileAtomically(folder.path() / "links/one", "first", error)) << error;
-    EXPECT_TRUE(writeFileAtomically(folder.path() / "links/one", "second", error)) << error;
-    EXPECT_TRUE(fs::is_symlink(folder.path() / "links/one"));
-    EXPECT_TRUE(fs::is_symlink(folder.path() / "links/two"));
-    EXPECT_EQ(testing::TempFolder::read(folder.path() / "made"), "second");
+    for (const char* content : {"first", "second"}) {
+        EXPECT_TRUE(writeFileAtomically(folder.path() / "links/one", content, error)) << error;
+        EXPECT_EQ(testing::TempFolder::read(folder.path() / "made"), content);
+    }
+    EXPECT_TRUE(fs::is_symlink(folder.path() / "links/one") && fs::is_symlink(folder.path() / "links/two"));
     EXPECT_EQ(entriesIn(folder.path()), 4);  // f.xml, fresh, links, made: no temporary file
 }
 
@@ -81,34 +75,24 @@ TEST(Files, LongContentInManyPiecesArrivesWhole) {
 TEST(Files, FailureLeavesTheOldFileAndNothingElse) {
     testing::TempFolder folder;
     fs::path file = folder.write("f", "old");
-    std::string error;
-    {
-        AtomicFile abandoned(file);
-        abandoned.write("new");
-    }
+    AtomicFile(file).write("abandoned");
     EXPECT_EQ(testing::TempFolder::read(file), "old");
     EXPECT_EQ(entriesIn(folder.path()), 1);
 
-    EXPECT_FALSE(writeFileAtomically(folder.path() / "no/f", "x", error));
-    EXPECT_EQ(error, "No such file or directory");
-    EXPECT_FALSE(writeFileAtomically(folder.path(), "x", error));
-    EXPECT_EQ(error, "Is a directory");
     fs::create_symlink("loop", folder.path() / "loop");
-    EXPECT_FALSE(writeFileAtomically(folder.path() / "loop", "x", error));
-    EXPECT_EQ(error, "Too many levels of symbolic links");
-    // A device is written to, so that its failure shows, and stays a device.
-    EXPECT_FALSE(writeFileAtomically("/dev/full", "x", error));
-    EXPECT_EQ(error, "No space left on device");
-    EXPECT_TRUE(writeFileAtomically("/dev/null", "x", error));
-    EXPECT_TRUE(fs::is_character_file("/dev/null"));
-}
-
-TEST(Files, AReadOnlyFileIsNotReplaced) {
-    if (::geteuid() == 0) GTEST_SKIP() << "permissions do not bind this user";
-    testing::TempFolder folder;
-    fs::path file = folder.write("f", "old");
-    ::chmod(file.c_str(), 0444);
     std::string error;
+    for (const auto& [target, reason] : {std::pair(folder.path() / "no/f", "No such file or directory"),
+                                         {folder.path(), "Is a directory"},
+                                         {folder.path() / "loop", "Too many levels of symbolic links"},
+                                         {"/dev/full", "No space left on device"}}) {
+        EXPECT_FALSE(writeFileAtomically(target, "x", error));
+        EXPECT_EQ(error, reason);
+    }
+    EXPECT_TRUE(writeFileAtomically("/dev/null", "x", error));
+    EXPECT_TRUE(fs::is_character_file("/dev/null")) << "a device is written to, and stays one";
+
+    if (::geteuid() == 0) return;  // permissions do not bind this user
+    fs::permissions(file, fs::perms(0444));
     EXPECT_FALSE(writeFileAtomically(file, "new", error));
     EXPECT_EQ(error, "Permission denied");
     EXPECT_EQ(testing::TempFolder::read(file), "old");

