@@ -11,8 +11,9 @@ inline void documentSizes(benchmark::internal::Benchmark* benchmark) {
 
 /// Reports the time per table, so that a flat column means linear cost.
 inline void perTable(benchmark::State& state) {
-    state.counters["per_table"] = benchmark::Counter(static_cast<double>(state.range(0)),
-                                                     benchmark::Counter::kIsIterationInvariantRate | benchmark::Counter::kInvert);
+    state.counters["per_table"] =
+        benchmark::Counter(static_cast<double>(state.range(0)),
+                           benchmark::Counter::kIsIterationInvariantRate | benchmark::Counter::kInvert);
 }
 
 }  // namespace vellicor::bench

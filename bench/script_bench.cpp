@@ -40,8 +40,9 @@ const bool kRegistered = [] {
     for (const std::int64_t tables : {1'000, 10'000, 100'000}) {
         benchmark::RegisterBenchmark("order", order)->Arg(tables)->Unit(benchmark::kMillisecond);
         for (const auto& dialect : DialectManager::getDialectManager().exporterList())
-            benchmark::RegisterBenchmark(("createScript/" + dialect->getName()).c_str(),
-                                         [name = dialect->getName()](benchmark::State& state) { createScript(state, name); })
+            benchmark::RegisterBenchmark(
+                ("createScript/" + dialect->getName()).c_str(),
+                [name = dialect->getName()](benchmark::State& state) { createScript(state, name); })
                 ->Arg(tables)
                 ->Unit(benchmark::kMillisecond);
     }

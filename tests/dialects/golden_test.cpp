@@ -33,9 +33,11 @@ TEST_P(GoldenScript, IsWrittenByteForByte) {
 
 INSTANTIATE_TEST_SUITE_P(All, GoldenScript,
                          ::testing::Combine(::testing::Values("shop", "warehouse", "legacy", "nasty"),
-                                            ::testing::Values("SQLServer", "sybase", "Oracle", "Redshift", "FileMaker", "OpenBase", "mysql", "postgres",
-                                                              "SQLite")),
-                         [](const auto& info) { return std::string(std::get<0>(info.param)) + "_" + std::get<1>(info.param); });
+                                            ::testing::Values("SQLServer", "sybase", "Oracle", "Redshift", "FileMaker",
+                                                              "OpenBase", "mysql", "postgres", "SQLite")),
+                         [](const auto& info) {
+                             return std::string(std::get<0>(info.param)) + "_" + std::get<1>(info.param);
+                         });
 
 }  // namespace
 }  // namespace vellicor::testing

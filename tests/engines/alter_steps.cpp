@@ -144,24 +144,30 @@ struct Change {
 
 constexpr Change kChanges[] = {
     // tables
-    {"a(id INTEGER pk);;gone(x INTEGER -> a.id)", "a(id INTEGER pk);;new(x INTEGER indexed -> a.id; index i UNIQUE (x))", kEverywhere},
+    {"a(id INTEGER pk);;gone(x INTEGER -> a.id)",
+     "a(id INTEGER pk);;new(x INTEGER indexed -> a.id; index i UNIQUE (x))", kEverywhere},
     {"s.gone(x INTEGER pk)", "s.new(x INTEGER pk; y VARCHAR(20) indexed)", kEverywhere},
     // columns
-    {"t(a INTEGER pk)", "t(a INTEGER pk; b VARCHAR(20) default=it's; c INTEGER notnull default=0; d INTEGER indexed; e INTEGER -> t.a)", kEverywhere},
+    {"t(a INTEGER pk)",
+     "t(a INTEGER pk; b VARCHAR(20) default=it's; c INTEGER notnull default=0; d INTEGER indexed; e INTEGER -> t.a)",
+     kEverywhere},
     {"t(a INTEGER pk; b VARCHAR(20); c INTEGER)", "t(a INTEGER pk)"},
     {"t(a INTEGER default=7; b VARCHAR(20) default=7; c DATE; d VARCHAR(9); e NUMERIC(10,2))",
      "t(a VARCHAR(20) default=new; b INTEGER default=8; c TIMESTAMP; d VARCHAR(30); e NUMERIC(12,4))"},
-    {"t(a INTEGER default=7; b VARCHAR(20) default=7; c VARCHAR(9) default=x)", "t(a VARCHAR(20); b INTEGER; c VARCHAR(12) default=x)"},
+    {"t(a INTEGER default=7; b VARCHAR(20) default=7; c VARCHAR(9) default=x)",
+     "t(a VARCHAR(20); b INTEGER; c VARCHAR(12) default=x)"},
     {"t(a INTEGER; b INTEGER notnull; c INTEGER default=1; d VARCHAR(9) default=x; e INTEGER)",
      "t(a INTEGER notnull; b INTEGER; c INTEGER; d VARCHAR(9) default=it's; e INTEGER default=5)"},
     {"t(a INTEGER; b INTEGER comment=kept; c INTEGER comment=old; d INTEGER comment=gone)",
      "t(a INTEGER comment=it's; b INTEGER comment=kept; c INTEGER comment=new; d INTEGER)"},
     // indexes
-    {"t(a INTEGER indexed; b INTEGER; c INTEGER indexed)", "t(a INTEGER; b INTEGER indexed; c INTEGER indexed)", kEverywhere},
+    {"t(a INTEGER indexed; b INTEGER; c INTEGER indexed)", "t(a INTEGER; b INTEGER indexed; c INTEGER indexed)",
+     kEverywhere},
     {"s.t(a INTEGER indexed; b INTEGER)", "s.t(a INTEGER; b INTEGER indexed)", kEverywhere},
     {"t(a INTEGER; b INTEGER; index i (a); index u UNIQUE (a); index gone (b); index gone_u UNIQUE (b))",
      "t(a INTEGER; b INTEGER; index i (b,a); index u UNIQUE (b); index new (a))", kEverywhere},
-    {"s.t(a INTEGER; b INTEGER; index i (a); index gone UNIQUE (b))", "s.t(a INTEGER; b INTEGER; index i UNIQUE (a,b))", kEverywhere},
+    {"s.t(a INTEGER; b INTEGER; index i (a); index gone UNIQUE (b))", "s.t(a INTEGER; b INTEGER; index i UNIQUE (a,b))",
+     kEverywhere},
     // constraints
     {"t(a INTEGER; b INTEGER; constraint u UNIQUE (a); constraint gone UNIQUE (b))",
      "t(a INTEGER; b INTEGER; constraint u UNIQUE (a,b); constraint new UNIQUE (a))", kEverywhere},
@@ -173,9 +179,12 @@ constexpr Change kChanges[] = {
     {"s.t(a INTEGER pk; b INTEGER pk)", "s.t(a INTEGER pk; b INTEGER)"},
     {"a(id INTEGER pk; n INTEGER);;b(x INTEGER; y INTEGER; key k (x) -> a(id); key gone (y) -> a(id))",
      "a(id INTEGER pk; n INTEGER);;b(x INTEGER; y INTEGER; key k (y) -> a(id) delete=1; key new (x) -> a(id))"},
-    {"a(id INTEGER pk);;b(x INTEGER; y INTEGER)", "a(id INTEGER pk);;b(x INTEGER -> a.id delete=1; y INTEGER; key k (y) -> a(id))"},
-    {"a(id INTEGER pk; n INTEGER notnull);;b(x INTEGER notnull; y INTEGER indexed; index i (x,y); key k (x) -> a(id); key l (y) -> a(id))",
-     "a(id INTEGER pk; n INTEGER notnull);;b(x INTEGER notnull; y INTEGER indexed; index i (x,y); key l (y) -> a(id) update=3)"},
+    {"a(id INTEGER pk);;b(x INTEGER; y INTEGER)",
+     "a(id INTEGER pk);;b(x INTEGER -> a.id delete=1; y INTEGER; key k (y) -> a(id))"},
+    {"a(id INTEGER pk; n INTEGER notnull);;b(x INTEGER notnull; y INTEGER indexed; index i (x,y); key k (x) -> a(id); "
+     "key l (y) -> a(id))",
+     "a(id INTEGER pk; n INTEGER notnull);;b(x INTEGER notnull; y INTEGER indexed; index i (x,y); key l (y) -> a(id) "
+     "update=3)"},
     {"a(id INTEGER pk; n INTEGER; index u UNIQUE (id));;b(x INTEGER; key k (x) -> a(id))",
      "a(id INTEGER; n INTEGER pk; index u UNIQUE (id));;b(x INTEGER; key k (x) -> a(id))", "postgres"},
     {"t(a INTEGER unique; b INTEGER; c INTEGER pk)", "t(a INTEGER; b INTEGER unique; c INTEGER pk auto)", "mysql"},
@@ -197,14 +206,16 @@ constexpr Refusal kRefusals[] = {
     {"postgres", "t(a INTEGER indexed)", "t(a INTEGER)", "syntax error at or near \"t_a_idx\""},
     {"postgres", "t(a INTEGER; index i (a))", "t(a INTEGER; index i UNIQUE (a))", "syntax error at or near \"i\""},
     {"postgres", "s.t(a INTEGER; index i (a))", "s.t(a INTEGER)", "index \"i\" does not exist"},
-    {"postgres", "t(a INTEGER; index u UNIQUE (a))", "t(a INTEGER)", "cannot drop index u because constraint u on table t requires it"},
+    {"postgres", "t(a INTEGER; index u UNIQUE (a))", "t(a INTEGER)",
+     "cannot drop index u because constraint u on table t requires it"},
     {"postgres", "t(a VARCHAR(9))", "t(a INTEGER)", "column \"a\" cannot be cast automatically to type integer"},
-    {"postgres", "t(a INTEGER pk; b INTEGER)", "t(a INTEGER; b INTEGER pk)", "constraint \"cascade\" of relation \"t\" does not exist"},
+    {"postgres", "t(a INTEGER pk; b INTEGER)", "t(a INTEGER; b INTEGER pk)",
+     "constraint \"cascade\" of relation \"t\" does not exist"},
     {"postgres", "t(a INTEGER)", "t(a INTEGER pk)", "syntax error at or near \"PRIMARY\""},
     {"mysql", "t(a INTEGER indexed)", "t(a INTEGER)", "Can't DROP INDEX `t_a_idx`; check that it exists"},
     {"mysql", "t(a INTEGER)", "t(a INTEGER; constraint c CHECK [a > 0])", "right syntax to use near ''"},
-    {"mysql", "a(x INTEGER pk);;b(x INTEGER; y INTEGER; key k (x) -> a(x))", "a(x INTEGER pk);;b(x INTEGER; y INTEGER; key k (y) -> a(x))",
-     "Duplicate key name 'k'"},
+    {"mysql", "a(x INTEGER pk);;b(x INTEGER; y INTEGER; key k (x) -> a(x))",
+     "a(x INTEGER pk);;b(x INTEGER; y INTEGER; key k (y) -> a(x))", "Duplicate key name 'k'"},
 };
 
 std::shared_ptr<SQLContainer> described(const char* text, const char* query) {

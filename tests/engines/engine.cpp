@@ -79,7 +79,8 @@ private:
         _catalog.facts.insert(fact + (counts ? " auto" : ""));
         addComment(name, field);
         if (field.isUnique()) _catalog.facts.insert("unique " + table + " " + list({field.getName()}));
-        if (field.getPropertyAsBoolean(keys::indexed)) _catalog.facts.insert("index " + table + " (" + indexed(field, field.getProperty(keys::indexSize)) + ")");
+        if (field.getPropertyAsBoolean(keys::indexed))
+            _catalog.facts.insert("index " + table + " (" + indexed(field, field.getProperty(keys::indexSize)) + ")");
         if (SQLField* target = field.getFkField()) addKey(table, field, *target->parentTable());
         addDefault(name, field);
         return field.hasProperty(keys::checkConstraint) ? 1 : 0;
@@ -97,11 +98,13 @@ private:
         if (type == "BOOLEAN")
             _catalog.defaults[name] = _engine.flagOf(value);
         else if (isExpression)
-            _catalog.defaults[name] = value.find_first_not_of("0123456789.") == std::string::npos ? _engine.valueOf(field, value) : value;
+            _catalog.defaults[name] =
+                value.find_first_not_of("0123456789.") == std::string::npos ? _engine.valueOf(field, value) : value;
         else if (isQuoted && _engine.dialect() == "mysql")
             _catalog.defaults[name] = value;
         else
-            _catalog.defaults[name] = _engine.valueOf(field, literal(isQuoted ? replacingAll(value.substr(1, value.size() - 2), "''", "'") : value));
+            _catalog.defaults[name] = _engine.valueOf(
+                field, literal(isQuoted ? replacingAll(value.substr(1, value.size() - 2), "''", "'") : value));
     }
     std::string literal(const std::string& content) const {
         const std::string escaped = _engine.dialect() == "mysql" ? replacingAll(content, "\\", "\\\\") : content;
@@ -130,9 +133,9 @@ private:
         if (_engine.keepsKeyNames()) _catalog.names.insert(stored(key.getName()));
     }
     void addKey(const std::string& table, SQLConnectable& key, SQLTable& target) {
-        std::string fact = "foreign key " + table + " " + list(key.sourceFieldNameList()) + " -> " + nameOf(target) + " " +
-                           list(key.targetFieldNameList()) + " on delete " + _engine.actionOf(key.deleteAction()) +
-                           " on update " + _engine.actionOf(key.updateAction());
+        std::string fact = "foreign key " + table + " " + list(key.sourceFieldNameList()) + " -> " + nameOf(target) +
+                           " " + list(key.targetFieldNameList()) + " on delete " +
+                           _engine.actionOf(key.deleteAction()) + " on update " + _engine.actionOf(key.updateAction());
         if (_engine.keepsDeferral() && (key.linkIsDeferrable() || key.linkIsInitiallyDeferred())) fact += " deferrable";
         if (_engine.keepsDeferral() && key.linkIsInitiallyDeferred()) fact += " deferred";
         _catalog.facts.insert(fact);

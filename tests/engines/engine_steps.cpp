@@ -53,7 +53,8 @@ constexpr Step kWarehouse[] = {
     {"SELECT capacity + is_cold FROM stock.bins WHERE bin_code = 'A-1'", "1"},
     {"INSERT INTO stock.articles (article_no, title, reorder_level) VALUES (1, 'Bolt', 10)", kRuns},
     {"SELECT unit FROM stock.articles", "piece"},
-    {"INSERT INTO stock.stock_levels (warehouse_code, bin_code, article_no, quantity) VALUES ('W1', 'A-1', 1, 3)", kRuns},
+    {"INSERT INTO stock.stock_levels (warehouse_code, bin_code, article_no, quantity) VALUES ('W1', 'A-1', 1, 3)",
+     kRuns},
     {"SELECT title FROM stock.low_stock", "Bolt"},
     {"INSERT INTO purchasing.suppliers (supplier_no, name) VALUES (1, 'S')", kRuns},
     {"INSERT INTO purchasing.suppliers (supplier_no, name) VALUES (2, 'S')", kRefused},
@@ -106,7 +107,8 @@ void take(Engine& engine, const Step& step) {
 void expectExampleOnEngine(Engine& engine, std::string_view example) {
     ScopedPreference runnable(prefs::runnableScripts);
     ScopedPreference comments(prefs::usePostgresComments);
-    const auto loaded = loadDocument(std::filesystem::path(VELLICOR_SOURCE_DIR) / "examples" / (std::string(example) + ".xml"));
+    const auto loaded =
+        loadDocument(std::filesystem::path(VELLICOR_SOURCE_DIR) / "examples" / (std::string(example) + ".xml"));
     expectDocumentOnEngine(engine, *loaded.container, std::string(example));
     if (::testing::Test::HasFailure()) return;
     std::span<const Step> steps = kShop;
@@ -120,24 +122,30 @@ void expectAwkwardDocumentsRun(Engine& engine) {
     constexpr const char* kDocuments[] = {
         // a key that needs a unique index made later: of its own table, and of one that references back
         "t(id INTEGER pk; code VARCHAR(20); parent VARCHAR(20); index u UNIQUE (code); key k (parent) -> t(code))",
-        "a(id INTEGER pk; code VARCHAR(20); key k (code) -> b(code));;b(code VARCHAR(20); a_id INTEGER; index u UNIQUE (code); key l (a_id) -> a(id))",
+        "a(id INTEGER pk; code VARCHAR(20); key k (code) -> b(code));;b(code VARCHAR(20); a_id INTEGER; index u UNIQUE "
+        "(code); key l (a_id) -> a(id))",
         // indexes and constraints of types that no engine, or another one, has
         "t(a VARCHAR(20); index i NONSENSE (a); constraint c NONSENSE (a); index e UNIQUE (); constraint d UNIQUE ())",
         "t(a VARCHAR(200); index i FULLTEXT (a))",
         // names of indexes and keys that repeat in the document, in another case, or as a table's name
-        "t(a INTEGER pk; b INTEGER -> t.a; index same (a); index u (b));;u(a INTEGER indexed; index SAME (a); index same_1 (a))",
+        "t(a INTEGER pk; b INTEGER -> t.a; index same (a); index u (b));;u(a INTEGER indexed; index SAME (a); index "
+        "same_1 (a))",
         "a(x INTEGER pk; key k (x) -> b(x));;b(x INTEGER pk; key k (x) -> a(x))",
-        "a(x INTEGER check=x>0; constraint a_pkey CHECK [x < 9]; constraint same CHECK [x <> 5]; y INTEGER pk);;b(x INTEGER; index same (x))",
+        "a(x INTEGER check=x>0; constraint a_pkey CHECK [x < 9]; constraint same CHECK [x <> 5]; y INTEGER pk);;b(x "
+        "INTEGER; index same (x))",
         // keys that count, and long or repeated parts of keys
         "t(a INTEGER pk; b INTEGER pk auto);;u(a INTEGER auto indexed; b INTEGER auto default=5)",
         "t(a TEXT pk; b INTEGER pk; c TEXT indexed)",
         // defaults
-        "t(a INTEGER notnull default=NULL; b INTEGER pk default=null; c BOOLEAN default=0; d BOOLEAN notnull default=true; e DATE default=NULL)",
-        "t(a TIMESTAMP default=CURRENT_TIMESTAMP; b DATE default=CURRENT_DATE; c INTEGER expression=1~+~1; d VARCHAR(9) expression=upper('x'))",
+        "t(a INTEGER notnull default=NULL; b INTEGER pk default=null; c BOOLEAN default=0; d BOOLEAN notnull "
+        "default=true; e DATE default=NULL)",
+        "t(a TIMESTAMP default=CURRENT_TIMESTAMP; b DATE default=CURRENT_DATE; c INTEGER expression=1~+~1; d "
+        "VARCHAR(9) expression=upper('x'))",
         R"(t(a VARCHAR(9) default='; b VARCHAR(9) default='it's'; c VARCHAR(9) default=a\'b; d VARCHAR(9) default=\\; e VARCHAR(9) default='it\'s'))",
         // the document as a whole
         "no_columns();;t(a INTEGER pk comment=ends*/DROP);;u(a INTEGER comment=/*nested)",
-        "schema~one.t(a INTEGER pk; b INTEGER -> schema~one.t.a);;other.t(a INTEGER pk);;schema~one.u(a INTEGER -> other.t.a)",
+        "schema~one.t(a INTEGER pk; b INTEGER -> schema~one.t.a);;other.t(a INTEGER pk);;schema~one.u(a INTEGER -> "
+        "other.t.a)",
     };
     for (const char* description : kDocuments) {
         auto made = document(description);

@@ -7,8 +7,8 @@
 
 namespace vellicor::testing {
 
-/// Exports an example, compares catalogs, then works with its tables: keys, uniqueness, defaults, NOT NULL, checks and the
-/// actions of foreign keys are the engine's doing.
+/// Exports an example, compares catalogs, then works with its tables: keys, uniqueness, defaults, NOT NULL, checks and
+/// the actions of foreign keys are the engine's doing.
 void expectExampleOnEngine(Engine& engine, std::string_view example);
 
 /// Documents made of what engines refuse in classic text; each script must run.

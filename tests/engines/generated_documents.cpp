@@ -62,8 +62,9 @@ private:
 
     /// Unique in the document, also without blanks and regard to case.
     std::string name(const std::string& stem) {
-        static const char* const kOdd[] = {"Order", "select", "two words", "MixedCase", "größe", "it's", "say \"hi\"", "back`tick",
-                                           "a-b", "1st", "user", "group", "UPPER", "rows"};
+        static const char* const kOdd[] = {"Order", "select",     "two words", "MixedCase", "größe",
+                                           "it's",  "say \"hi\"", "back`tick", "a-b",       "1st",
+                                           "user",  "group",      "UPPER",     "rows"};
         const std::string number = std::to_string(++_lastNumber);
         if (_naming == Naming::Plain || oneIn(2)) return stem + "_" + number;
         std::string odd = pick(kOdd);
@@ -126,8 +127,9 @@ private:
     }
 
     std::string comment() {
-        static const char* const kComments[] = {"plain", "ends */ early", "opens /* another", "it's a \"quote\"", "two\nlines", "back\\slash",
-                                                "a; b -- c", "dollar $1 %s", "slash/", "größer", "*/*"};
+        static const char* const kComments[] = {
+            "plain",     "ends */ early", "opens /* another", "it's a \"quote\"", "two\nlines", "back\\slash",
+            "a; b -- c", "dollar $1 %s",  "slash/",           "größer",           "*/*"};
         return pick(kComments);
     }
 
@@ -166,7 +168,8 @@ private:
         for (SQLIndex* index : table.indexObjectsInTable()) {
             bool isWhole = index->getIndexType() == "UNIQUE" && index->indexListCount() > 0;
             for (SQLField* column : index->fieldList())
-                isWhole &= index->getSizeForIndexEntry(column).empty() && (column->getDataType() == "VARCHAR" || column->getDataType() == "INTEGER");
+                isWhole &= index->getSizeForIndexEntry(column).empty() &&
+                           (column->getDataType() == "VARCHAR" || column->getDataType() == "INTEGER");
             if (isWhole) _targets.push_back({&table, index->fieldList()});
         }
     }
@@ -182,7 +185,8 @@ private:
             const bool isNullable = !oneIn(3);
             for (SQLField* column : target.columns) {
                 const std::string type = column->getFullTypeString();
-                SQLField& source = addColumn(table, {type.c_str(), {}, true, column->getPropertyAsBoolean(keys::unsigned_)});
+                SQLField& source =
+                    addColumn(table, {type.c_str(), {}, true, column->getPropertyAsBoolean(keys::unsigned_)});
                 source.setNotNull(!isNullable);
                 sources.push_back(&source);
             }
@@ -211,7 +215,8 @@ private:
     }
     std::uint64_t keyAction(bool isNullable) {
         const std::uint64_t code = below(6);
-        const bool isRefused = (code == action::setNull && !isNullable) || (code == action::setDefault && !_traits.hasSetDefault);
+        const bool isRefused =
+            (code == action::setNull && !isNullable) || (code == action::setDefault && !_traits.hasSetDefault);
         return isRefused ? action::noAction : code;
     }
 
@@ -228,7 +233,8 @@ private:
             auto view = SQLView::viewWithName("v");
             view->setBaseName(name("view"));
             // Each reads the view behind it, which stands later in the document.
-            if (!views.empty()) views.back()->setQueryString("SELECT * FROM " + _exporter->getCanonicalName(*view) + ";");
+            if (!views.empty())
+                views.back()->setQueryString("SELECT * FROM " + _exporter->getCanonicalName(*view) + ";");
             view->setQueryString("SELECT * FROM " + pick(readable) + " -- 'all; of it\n");
             _document->add(view);
             views.push_back(view);
@@ -268,7 +274,9 @@ private:
 }  // namespace
 
 GeneratedDocument::GeneratedDocument(std::uint64_t number, std::string_view dialect, const DocumentTraits& traits) {
-    const auto set = [this](const char* key, const Value& value) { _preferences.push_back(std::make_unique<ScopedPreference>(key, value)); };
+    const auto set = [this](const char* key, const Value& value) {
+        _preferences.push_back(std::make_unique<ScopedPreference>(key, value));
+    };
     set(prefs::runnableScripts, Value::boolean(true));
     switch (static_cast<Naming>(number % 4)) {
         case Naming::QuotedAlways: set(prefs::quoteIdentifiersOnExport, Value::boolean(true)); break;

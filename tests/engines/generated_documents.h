@@ -29,10 +29,10 @@ struct DocumentTraits {
     bool keysLeaveSchemas = true;
 };
 
-/// Columns of all types with defaults of every form, comments that try to end early, compound keys, keys by column and as
-/// objects over any table, cycles included, indexes that share names, checks, views over views, schemas, tables without
-/// columns, names that need quotes, and the user's own statements. Preferences that decide about quoting and order are
-/// set while the object lives.
+/// Columns of all types with defaults of every form, comments that try to end early, compound keys, keys by column and
+/// as objects over any table, cycles included, indexes that share names, checks, views over views, schemas, tables
+/// without columns, names that need quotes, and the user's own statements. Preferences that decide about quoting and
+/// order are set while the object lives.
 class GeneratedDocument {
 public:
     GeneratedDocument(std::uint64_t number, std::string_view dialect, const DocumentTraits& traits);

@@ -18,7 +18,16 @@ const DocumentTraits kTraits{
               {"INT", {{"7"}}, true, true},
               {"BIGINT", {{"12345678901"}}},
               {"DECIMAL(10,2)", {{"1.50"}, {"0.00", true}}},
-              {"VARCHAR(40)", {{"new"}, {"it's"}, {"'quoted'"}, {"'it''s'"}, {"''"}, {"upper('a')", true}, {"back\\slash"}, {"*/ -- x;"}, {"now()"}}},
+              {"VARCHAR(40)",
+               {{"new"},
+                {"it's"},
+                {"'quoted'"},
+                {"'it''s'"},
+                {"''"},
+                {"upper('a')", true},
+                {"back\\slash"},
+                {"*/ -- x;"},
+                {"now()"}}},
               {"TEXT", {{"say \"hi\""}}},
               {"DATE", {{"2024-02-29"}, {"CURRENT_DATE"}, {"curdate()"}}},
               {"DATETIME", {{"CURRENT_TIMESTAMP"}, {"now()"}, {"2024-02-29 12:00:00"}}},
@@ -70,8 +79,9 @@ TEST_F(MariaDBOn, CommentsAreCutAtTheLimitOfTheServer) {
     field(*made, "t", "a")->setComment(text);
     engine().clear();
     ASSERT_EQ(engine().run(scriptOf("mysql", *made)), "");
-    EXPECT_EQ(engine().query("SELECT CHAR_LENGTH(table_comment), CHAR_LENGTH(column_comment) FROM information_schema.tables"
-                             " JOIN information_schema.columns USING (table_schema, table_name) WHERE table_schema = 'vellicor'"),
+    EXPECT_EQ(engine().query(
+                  "SELECT CHAR_LENGTH(table_comment), CHAR_LENGTH(column_comment) FROM information_schema.tables"
+                  " JOIN information_schema.columns USING (table_schema, table_name) WHERE table_schema = 'vellicor'"),
               (Rows{{"2048", "1024"}}));
 }
 

@@ -17,11 +17,21 @@ const DocumentTraits kTraits{
     .types = {{"INTEGER", {{"0"}, {"42", true}, {"-7"}, {"1 + 1", true}, {"NULL"}, {"'5'"}}},
               {"BIGINT", {{"12345678901"}}},
               {"NUMERIC(10,2)", {{"1.50"}, {"0", true}}},
-              {"VARCHAR(40)", {{"new"}, {"it's"}, {"'quoted'"}, {"'it''s'"}, {"''"}, {"upper('a')", true}, {"back\\slash"}, {"*/ -- x;"}, {"now()"}}},
+              {"VARCHAR(40)",
+               {{"new"},
+                {"it's"},
+                {"'quoted'"},
+                {"'it''s'"},
+                {"''"},
+                {"upper('a')", true},
+                {"back\\slash"},
+                {"*/ -- x;"},
+                {"now()"}}},
               {"TEXT", {{"say \"hi\""}, {"two\nlines"}, {"lower('A') || 'b'", true}, {"null"}}},
               {"CHAR(8)", {{"12345678"}}},
               {"DATE", {{"2024-02-29"}, {"CURRENT_DATE"}}},
-              {"TIMESTAMP", {{"CURRENT_TIMESTAMP", true}, {"current_timestamp(3)"}, {"2024-02-29 12:00:00"}, {"now()"}}},
+              {"TIMESTAMP",
+               {{"CURRENT_TIMESTAMP", true}, {"current_timestamp(3)"}, {"2024-02-29 12:00:00"}, {"now()"}}},
               {"TIMESTAMP", {{"now()"}}, true, false, true},
               {"INTERVAL", {{"1 day"}}},
               {"BOOLEAN", {{"true"}, {"FALSE"}, {"0"}, {"1"}}},
@@ -64,7 +74,8 @@ TEST_F(PostgreSQLOn, KeywordsMayBeNames) {
 TEST_F(PostgreSQLOn, DeferredKeysWaitForTheEndOfTheTransaction) {
     ScopedPreference runnable(prefs::runnableScripts);
     engine().clear();
-    ASSERT_EQ(engine().run(scriptOf("postgres", "b(x INTEGER pk);;a(x INTEGER; key k (x) -> b(x) deferrable deferred)")), "");
+    ASSERT_EQ(
+        engine().run(scriptOf("postgres", "b(x INTEGER pk);;a(x INTEGER; key k (x) -> b(x) deferrable deferred)")), "");
     EXPECT_EQ(engine().run("BEGIN; INSERT INTO a VALUES (1); INSERT INTO b VALUES (1); COMMIT;"), "");
     EXPECT_NE(engine().run("BEGIN; INSERT INTO a VALUES (2); COMMIT;"), "");
 }

@@ -26,7 +26,8 @@ std::vector<std::string> programFolders() {
 
 std::string columnsOf(const std::string& table, const std::string& numbers) {
     return "array_to_string(ARRAY(SELECT a.attname FROM unnest(" + numbers +
-           ") WITH ORDINALITY k(n, place) JOIN pg_attribute a ON a.attrelid = " + table + " AND a.attnum = k.n ORDER BY place), ',')";
+           ") WITH ORDINALITY k(n, place) JOIN pg_attribute a ON a.attrelid = " + table +
+           " AND a.attnum = k.n ORDER BY place), ',')";
 }
 
 }  // namespace
@@ -39,15 +40,34 @@ PostgresServer::PostgresServer() {
         return;
     }
     const std::string data = folder() / "data";
-    start({*initdb, "-D", data, "--username=postgres", "--auth=trust", "--encoding=UTF8", "--locale=C.UTF-8", "--no-sync"},
+    start({*initdb, "-D", data, "--username=postgres", "--auth=trust", "--encoding=UTF8", "--locale=C.UTF-8",
+           "--no-sync"},
           {*postgres, "-D", data, "-k", folder(), "-h", "", "-c", "fsync=off", "-c", "shared_buffers=16MB", "-c",
            "client_min_messages=warning", "-c", "max_locks_per_transaction=1024"},
           SIGINT);
 }
 
 PostgresServer::Words PostgresServer::client() const {
-    return {program(programFolders(), "psql").value_or(""), "-X", "-q", "-h", folder(), "-U", "postgres", "-d", "postgres", "-v",
-            "ON_ERROR_STOP=1", "-A", "-t", "-P", "null=NULL", "-F", std::string(1, kFieldEnd), "-0", "-f", "-"};
+    return {program(programFolders(), "psql").value_or(""),
+            "-X",
+            "-q",
+            "-h",
+            folder(),
+            "-U",
+            "postgres",
+            "-d",
+            "postgres",
+            "-v",
+            "ON_ERROR_STOP=1",
+            "-A",
+            "-t",
+            "-P",
+            "null=NULL",
+            "-F",
+            std::string(1, kFieldEnd),
+            "-0",
+            "-f",
+            "-"};
 }
 
 Rows PostgresServer::rowsOf(std::string_view output) const {
@@ -66,9 +86,11 @@ Rows PostgresServer::rowsOf(std::string_view output) const {
 }
 
 void PostgresServer::clear() {
-    (void)rows({"DO $$ DECLARE s text; BEGIN FOR s IN SELECT nspname FROM pg_namespace"
-                " WHERE nspname !~ '^pg_' AND nspname <> 'information_schema' LOOP EXECUTE format('DROP SCHEMA %I CASCADE', s); END LOOP;"
-                " CREATE SCHEMA public; END $$"});
+    (void)rows(
+        {"DO $$ DECLARE s text; BEGIN FOR s IN SELECT nspname FROM pg_namespace"
+         " WHERE nspname !~ '^pg_' AND nspname <> 'information_schema' LOOP EXECUTE format('DROP SCHEMA %I CASCADE', "
+         "s); END LOOP;"
+         " CREATE SCHEMA public; END $$"});
 }
 
 std::string PostgresServer::run(std::string_view script) {
@@ -81,14 +103,19 @@ Catalog PostgresServer::catalog() {
     const std::string tables = " FROM pg_class c JOIN pg_namespace n ON n.oid = c.relnamespace AND n.nspname !~ '^pg_'"
                                " AND n.nspname <> 'information_schema' ";
     const auto results = rows({
-        "SELECT CASE relkind WHEN 'v' THEN 'view ' ELSE 'table ' END || " + name + ", " + name + ", obj_description(c.oid, 'pg_class')" +
-            tables + "WHERE relkind IN ('r', 'v')",
-        "SELECT " + name + " || '.' || attname, format_type(atttypid, atttypmod), attnotnull, pg_get_expr(adbin, adrelid),"
-        " col_description(c.oid, attnum)" + tables + "JOIN pg_attribute a ON a.attrelid = c.oid AND attnum > 0 AND NOT attisdropped"
-        " LEFT JOIN pg_attrdef ON adrelid = c.oid AND adnum = attnum WHERE relkind = 'r'",
-        "SELECT " + name + ", conname, contype, " + columnsOf("conrelid", "conkey") + ", (SELECT tn.nspname || '.' || t.relname FROM"
-        " pg_class t JOIN pg_namespace tn ON tn.oid = t.relnamespace WHERE t.oid = confrelid), " + columnsOf("confrelid", "confkey") +
-            ", confdeltype, confupdtype, condeferrable, condeferred" + tables + "JOIN pg_constraint ON conrelid = c.oid",
+        "SELECT CASE relkind WHEN 'v' THEN 'view ' ELSE 'table ' END || " + name + ", " + name +
+            ", obj_description(c.oid, 'pg_class')" + tables + "WHERE relkind IN ('r', 'v')",
+        "SELECT " + name +
+            " || '.' || attname, format_type(atttypid, atttypmod), attnotnull, pg_get_expr(adbin, adrelid),"
+            " col_description(c.oid, attnum)" +
+            tables +
+            "JOIN pg_attribute a ON a.attrelid = c.oid AND attnum > 0 AND NOT attisdropped"
+            " LEFT JOIN pg_attrdef ON adrelid = c.oid AND adnum = attnum WHERE relkind = 'r'",
+        "SELECT " + name + ", conname, contype, " + columnsOf("conrelid", "conkey") +
+            ", (SELECT tn.nspname || '.' || t.relname FROM"
+            " pg_class t JOIN pg_namespace tn ON tn.oid = t.relnamespace WHERE t.oid = confrelid), " +
+            columnsOf("confrelid", "confkey") + ", confdeltype, confupdtype, condeferrable, condeferred" + tables +
+            "JOIN pg_constraint ON conrelid = c.oid",
         "SELECT " + name + ", i.relname, " + columnsOf("c.oid", "indkey::int2[]") + tables +
             "JOIN pg_index x ON x.indrelid = c.oid JOIN pg_class i ON i.oid = x.indexrelid"
             " WHERE NOT EXISTS (SELECT FROM pg_constraint WHERE conindid = x.indexrelid AND contype IN ('p', 'u'))",
@@ -106,7 +133,8 @@ Catalog PostgresServer::catalog() {
     }
     for (const auto& row : results[1]) {
         const bool counts = row[3].starts_with("nextval(");
-        catalog.facts.insert("column " + row[0] + " " + row[1] + (row[2] == "t" ? " not null" : "") + (counts ? " auto" : ""));
+        catalog.facts.insert("column " + row[0] + " " + row[1] + (row[2] == "t" ? " not null" : "") +
+                             (counts ? " auto" : ""));
         if (row[3] != "NULL" && !counts) catalog.defaults[row[0]] = row[3];
         if (row[4] != "NULL") catalog.facts.insert("comment " + row[0] + " " + row[4]);
     }
@@ -118,8 +146,9 @@ Catalog PostgresServer::catalog() {
         if (row[2] == "u") catalog.facts.insert("unique " + where);
         if (row[2] == "c") ++checks[row[0]];
         if (row[2] == "f")
-            catalog.facts.insert("foreign key " + where + " -> " + row[4] + " (" + row[5] + ") on delete" + action(row[6]) + " on update" +
-                                 action(row[7]) + (row[8] == "t" ? " deferrable" : "") + (row[9] == "t" ? " deferred" : ""));
+            catalog.facts.insert("foreign key " + where + " -> " + row[4] + " (" + row[5] + ") on delete" +
+                                 action(row[6]) + " on update" + action(row[7]) + (row[8] == "t" ? " deferrable" : "") +
+                                 (row[9] == "t" ? " deferred" : ""));
     }
     for (const auto& [table, count] : checks) catalog.facts.insert("check " + table + " " + std::to_string(count));
     for (const auto& row : results[3]) {
@@ -136,8 +165,10 @@ std::vector<std::string> PostgresServer::keywords() {
 }
 
 std::string PostgresServer::typeOf(const SQLField& field) const {
-    static const std::map<std::string, std::string> kTypes{{"int", "integer"},           {"varchar", "character varying"},
-                                                           {"char", "character"},        {"decimal", "numeric"},
+    static const std::map<std::string, std::string> kTypes{{"int", "integer"},
+                                                           {"varchar", "character varying"},
+                                                           {"char", "character"},
+                                                           {"decimal", "numeric"},
                                                            {"timestamp", "timestamp without time zone"}};
     std::string type = lowercased(field.getDataType());
     if (field.getAutoIncrement()) return type == "bigint" ? type : "integer";

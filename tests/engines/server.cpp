@@ -53,13 +53,15 @@ pid_t Server::launch(const Words& words, bool asServer, const std::string& files
     std::vector<char*> arguments;
     for (const std::string& word : words) arguments.push_back(const_cast<char*>(word.c_str()));
     arguments.push_back(nullptr);
-    const std::string in = folder() / (files + ".in"), out = folder() / (files + ".out"), err = folder() / (files + ".err");
+    const std::string in = folder() / (files + ".in"), out = folder() / (files + ".out"),
+                      err = folder() / (files + ".err");
     const pid_t parent = getpid();
     const pid_t child = fork();
     if (child != 0) return child;
 
-    const std::array<int, 3> streams{open(in.c_str(), O_RDONLY | O_CREAT, 0644), open(out.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0644),
-                                   open(err.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0644)};
+    const std::array<int, 3> streams{open(in.c_str(), O_RDONLY | O_CREAT, 0644),
+                                     open(out.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0644),
+                                     open(err.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0644)};
     for (int i = 0; i < 3; ++i) dup2(streams[static_cast<std::size_t>(i)], i);
     if (user && (setgroups(0, nullptr) != 0 || setgid(user->pw_gid) != 0 || setuid(user->pw_uid) != 0)) _exit(126);
     prctl(PR_SET_PDEATHSIG, SIGTERM);  // behind the change of user, which would undo it
@@ -73,7 +75,8 @@ ProgramRun Server::runProgram(const Words& words, std::string_view input, bool a
     const pid_t child = launch(words, asServer, "client");
     int status = 0;
     if (child < 0 || waitpid(child, &status, 0) != child) return {};
-    return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, TempFolder::read(folder() / "client.out"), TempFolder::read(folder() / "client.err")};
+    return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, TempFolder::read(folder() / "client.out"),
+            TempFolder::read(folder() / "client.err")};
 }
 
 void Server::start(const Words& setUp, const Words& server, int stopSignal) {

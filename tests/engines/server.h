@@ -18,8 +18,8 @@ struct ProgramRun {
     std::string err;
 };
 
-/// A server that listens on a socket in a temporary folder only, as a user without rights when this program runs as root.
-/// It is stopped when the object goes, and by the system when this process dies before.
+/// A server that listens on a socket in a temporary folder only, as a user without rights when this program runs as
+/// root. It is stopped when the object goes, and by the system when this process dies before.
 class Server : public Engine {
 public:
     ~Server() override;
@@ -65,7 +65,9 @@ public:
         return (schema.empty() ? "public" : schema) + "." + name;
     }
     [[nodiscard]] std::string foldedName(const std::string& bareName) const override { return lowercased(bareName); }
-    [[nodiscard]] std::string textOf(const std::string& expression) const override { return "(" + expression + ")::text"; }
+    [[nodiscard]] std::string textOf(const std::string& expression) const override {
+        return "(" + expression + ")::text";
+    }
     [[nodiscard]] std::string flagOf(const std::string& value) const override { return "('" + value + "')::boolean"; }
     [[nodiscard]] bool keepsDeferral() const override { return true; }
     [[nodiscard]] bool keepsChecks() const override { return true; }

@@ -43,16 +43,24 @@ std::vector<Rows> SQLiteEngine::rows(const std::vector<std::string>& queries) {
 }
 
 Catalog SQLiteEngine::catalog() {
-    const std::string tables = " FROM (SELECT * FROM sqlite_master WHERE type = 'table' AND name NOT LIKE 'sqlite\\_%' ESCAPE '\\') m ";
+    const std::string tables =
+        " FROM (SELECT * FROM sqlite_master WHERE type = 'table' AND name NOT LIKE 'sqlite\\_%' ESCAPE '\\') m ";
     const auto results = rows({
-        "SELECT type || ' ' || name FROM sqlite_master WHERE type IN ('table', 'view') AND name NOT LIKE 'sqlite\\_%' ESCAPE '\\'",
+        "SELECT type || ' ' || name FROM sqlite_master WHERE type IN ('table', 'view') AND name NOT LIKE 'sqlite\\_%' "
+        "ESCAPE '\\'",
         "SELECT m.name, c.name, c.type, c.\"notnull\", c.dflt_value" + tables + "JOIN pragma_table_info(m.name) c",
-        "SELECT m.name, (SELECT group_concat(name) FROM (SELECT name FROM pragma_table_info(m.name) WHERE pk > 0 ORDER BY pk))" + tables,
-        "SELECT m.name, i.name, i.\"unique\", (SELECT group_concat(name) FROM (SELECT name FROM pragma_index_info(i.name) ORDER BY seqno))" +
+        "SELECT m.name, (SELECT group_concat(name) FROM (SELECT name FROM pragma_table_info(m.name) WHERE pk > 0 ORDER "
+        "BY pk))" +
+            tables,
+        "SELECT m.name, i.name, i.\"unique\", (SELECT group_concat(name) FROM (SELECT name FROM "
+        "pragma_index_info(i.name) ORDER BY seqno))" +
             tables + "JOIN pragma_index_list(m.name) i WHERE i.origin <> 'pk'",
-        "SELECT m.name, (SELECT group_concat(\"from\") FROM (SELECT \"from\" FROM pragma_foreign_key_list(m.name) WHERE id = k.id ORDER BY seq)),"
-        " k.\"table\", (SELECT group_concat(\"to\") FROM (SELECT \"to\" FROM pragma_foreign_key_list(m.name) WHERE id = k.id ORDER BY seq)),"
-        " k.on_delete, k.on_update" + tables + "JOIN pragma_foreign_key_list(m.name) k WHERE k.seq = 0",
+        "SELECT m.name, (SELECT group_concat(\"from\") FROM (SELECT \"from\" FROM pragma_foreign_key_list(m.name) "
+        "WHERE id = k.id ORDER BY seq)),"
+        " k.\"table\", (SELECT group_concat(\"to\") FROM (SELECT \"to\" FROM pragma_foreign_key_list(m.name) WHERE id "
+        "= k.id ORDER BY seq)),"
+        " k.on_delete, k.on_update" +
+            tables + "JOIN pragma_foreign_key_list(m.name) k WHERE k.seq = 0",
     });
     Catalog catalog;
     for (const auto& row : results[0]) catalog.facts.insert(row[0]);
@@ -68,8 +76,8 @@ Catalog SQLiteEngine::catalog() {
         catalog.names.insert(row[1]);
     }
     for (const auto& row : results[4])
-        catalog.facts.insert("foreign key " + row[0] + " (" + row[1] + ") -> " + row[2] + " (" + row[3] + ") on delete " + row[4] +
-                             " on update " + row[5]);
+        catalog.facts.insert("foreign key " + row[0] + " (" + row[1] + ") -> " + row[2] + " (" + row[3] +
+                             ") on delete " + row[4] + " on update " + row[5]);
     return catalog;
 }
 

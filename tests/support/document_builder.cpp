@@ -57,8 +57,9 @@ void addColumn(SQLTable& table, const std::string& part, std::vector<Link>& link
         else if (word == "->") {
             const std::string target = plain(words.at(++i));
             const std::size_t dot = target.rfind('.');
-            links.push_back({[source = column.get(), tableName = target.substr(0, dot), columnName = target.substr(dot + 1)](
-                                 SQLContainer& container) { source->setFkField(field(container, tableName, columnName)); }});
+            links.push_back(
+                {[source = column.get(), tableName = target.substr(0, dot), columnName = target.substr(dot + 1)](
+                     SQLContainer& container) { source->setFkField(field(container, tableName, columnName)); }});
         } else throw std::invalid_argument("unknown word in a column: " + word);
     }
     table.add(column);
@@ -117,7 +118,8 @@ void addKey(SQLTable& table, const std::string& part, std::vector<Link>& links) 
         SQLTable* targetTable = testing::table(container, target);
         key->setTargetTable(targetTable);
         for (std::size_t i = 0; i < sources.size(); ++i)
-            key->addFieldPair(owner->getFieldByName(plain(sources[i])), targetTable->getFieldByName(plain(targets.at(i))));
+            key->addFieldPair(owner->getFieldByName(plain(sources[i])),
+                              targetTable->getFieldByName(plain(targets.at(i))));
     }});
 }
 

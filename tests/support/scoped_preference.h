@@ -10,7 +10,8 @@ namespace vellicor::testing {
 
 class ScopedPreference {
 public:
-    ScopedPreference(std::string key, const Value& value) : _key(std::move(key)), _previous(Preferences::shared().objectForKey(_key)) {
+    ScopedPreference(std::string key, const Value& value)
+        : _key(std::move(key)), _previous(Preferences::shared().objectForKey(_key)) {
         Preferences::shared().setObject(value, _key);
     }
     explicit ScopedPreference(std::string key) : ScopedPreference(std::move(key), Value::boolean(true)) {}

@@ -16,9 +16,14 @@ struct Translation {
     std::string_view from;
     std::string_view to;
 };
-constexpr std::array<Translation, 3> kDeclaredTypes{{{"varchar", "text"}, {"numeric", "number"}, {"blob", "container"}}};
-constexpr std::array<Translation, 6> kNativeTypes{{{"varchar", "text"}, {"numeric", "number"}, {"date", "date"},
-                                                   {"time", "time"}, {"timestamp", "timestamp"}, {"blob", "container"}}};
+constexpr std::array<Translation, 3> kDeclaredTypes{
+    {{"varchar", "text"}, {"numeric", "number"}, {"blob", "container"}}};
+constexpr std::array<Translation, 6> kNativeTypes{{{"varchar", "text"},
+                                                   {"numeric", "number"},
+                                                   {"date", "date"},
+                                                   {"time", "time"},
+                                                   {"timestamp", "timestamp"},
+                                                   {"blob", "container"}}};
 
 std::string translated(std::span<const Translation> map, std::string_view type) {
     const std::string word = lowercased(type);
@@ -39,7 +44,9 @@ std::string FilemakerExporter::fieldType(SQLField& field) {
     return typeHasSize(type) && field.hasTypeSize() ? text("%@(%@)", type, field.getDataTypeSize()) : type;
 }
 
-std::string FilemakerExporter::jdbcFieldTypeFromNative(std::string_view type) const { return translated(kNativeTypes, type); }
+std::string FilemakerExporter::jdbcFieldTypeFromNative(std::string_view type) const {
+    return translated(kNativeTypes, type);
+}
 
 std::string FilemakerExporter::exportSQLField(SQLField& field) {
     std::string sql = text("%@ %@", quoteIdentifier(field.getName()), fieldType(field));

@@ -23,7 +23,8 @@ bool isBoolForTinyint(const SQLField& field, const SQLField& databaseField) {
 }  // namespace
 
 Statements MySQLExporter::alterSQLTableAsVector(SQLTable& table, SQLTable& databaseTable, SQLObject*) {
-    return {alterTableEngine(table, databaseTable), alterTableComment(table, databaseTable), alterAutoIncrement(table, databaseTable)};
+    return {alterTableEngine(table, databaseTable), alterTableComment(table, databaseTable),
+            alterAutoIncrement(table, databaseTable)};
 }
 
 std::string MySQLExporter::alterTableEngine(SQLTable& table, SQLTable& existingTable) {
@@ -81,11 +82,12 @@ bool MySQLExporter::definitionDiffers(SQLField& field, SQLField& databaseField) 
         change(*variant);
         return exportSQLField(*variant, &databaseField);
     };
+    const auto ofSize = [&](SQLField& variant) { variant.setTypeSize(databaseField.getDataTypeSize()); };
+    const auto ofType = [&](SQLField& variant) { variant.setType(databaseField.getFullTypeString()); };
     bool differs = true;
     if (Preferences::shared().boolForKey(prefs::preventTypeSizeUpdateWhenNil) && field.getDataTypeSize().empty())
-        differs = definitionOfVariant([&](SQLField& variant) { variant.setTypeSize(databaseField.getDataTypeSize()); }) != databaseDefinition;
-    if (isBoolForTinyint(field, databaseField) &&
-        definitionOfVariant([&](SQLField& variant) { variant.setType(databaseField.getFullTypeString()); }) == databaseDefinition) {
+        differs = definitionOfVariant(ofSize) != databaseDefinition;
+    if (isBoolForTinyint(field, databaseField) && definitionOfVariant(ofType) == databaseDefinition) {
         log("type types are synonymous (not modified)");
         differs = false;
     }
@@ -96,9 +98,11 @@ bool MySQLExporter::definitionDiffers(SQLField& field, SQLField& databaseField) 
 std::string MySQLExporter::alterColumnSpecification(SQLField& field, SQLField& databaseField) {
     const bool sameType = field.getDataType() == databaseField.getDataType();
     const bool typeDiffers = !sameType && !isBoolForTinyint(field, databaseField);
-    const bool sizeDiffers = field.getDataTypeSize() != databaseField.getDataTypeSize() && !field.getDataTypeSize().empty();
+    const bool sizeDiffers =
+        field.getDataTypeSize() != databaseField.getDataTypeSize() && !field.getDataTypeSize().empty();
     const bool changed = definitionDiffers(field, databaseField) || typeDiffers || sizeDiffers;
-    return changed || shouldAlterColumnComment(field, databaseField) ? alterColumnInstruction(field, databaseField) : std::string();
+    return changed || shouldAlterColumnComment(field, databaseField) ? alterColumnInstruction(field, databaseField)
+                                                                     : std::string();
 }
 
 std::string MySQLExporter::alterColumnInstruction(SQLField& field, SQLField& databaseField) {
@@ -126,8 +130,8 @@ std::string MySQLExporter::alterUniqueConstraint(SQLField& field, SQLField& dbFi
     }
     // Kept: neither name is quoted.
     const std::string tableName = writesRunnableScripts() ? getCanonicalName(*table) : table->getName();
-    const std::string instruction =
-        text("ALTER TABLE %@ DROP INDEX %@", tableName, writesRunnableScripts() ? quoteIdentifier(indexName) : indexName);
+    const std::string instruction = text("ALTER TABLE %@ DROP INDEX %@", tableName,
+                                         writesRunnableScripts() ? quoteIdentifier(indexName) : indexName);
     if (isLive) log(text("C1 - DropIndexInstruction = %@", instruction));
     return instruction;
 }

@@ -96,7 +96,8 @@ std::string MySQLExporter::getUpdateActionStringForCode(std::uint64_t code) {
 
 std::string MySQLExporter::formatComment(std::string_view comment, std::string_view type) {
     if (!writesRunnableScripts()) return escapeQuoteCharacter(comment);
-    return escapeQuoteCharacter(firstCharacters(comment, type == "SQLTable" ? kTableCommentLimit : kColumnCommentLimit));
+    return escapeQuoteCharacter(
+        firstCharacters(comment, type == "SQLTable" ? kTableCommentLimit : kColumnCommentLimit));
 }
 
 // === create script
@@ -131,8 +132,10 @@ SourceNodePtr MySQLExporter::tablePropertiesNode(SQLTable& table) {
     });
     if (table.hasProperty(keys::tableAutoIncrementStart))
         node->addChildWithValue(text("AUTO_INCREMENT=%@", table.getProperty(keys::tableAutoIncrementStart)));
-    addUnlessEmpty(table.getProperty(keys::tableCharacterSet), [](const std::string& set) { return text("CHARACTER SET=%@", set); });
-    addUnlessEmpty(table.getProperty(keys::tableCollation), [](const std::string& name) { return text("COLLATE=%@", name); });
+    addUnlessEmpty(table.getProperty(keys::tableCharacterSet),
+                   [](const std::string& set) { return text("CHARACTER SET=%@", set); });
+    addUnlessEmpty(table.getProperty(keys::tableCollation),
+                   [](const std::string& name) { return text("COLLATE=%@", name); });
     return node;
 }
 
@@ -146,7 +149,9 @@ SourceNodePtr MySQLExporter::fieldBlock(SQLTable& table) {
         // The server wants it to lead an index from the start; the statements behind the table come too late.
         const bool leadsIndex = column->isUnique() || (!primaryKey.empty() && primaryKey.front() == column);
         if (!leadsIndex)
-            node->childAtIndex(1)->addChildWithValue(text("KEY (%@)", quoteIdentifier(column->getName())), "")->setSpaceBefore(indent());
+            node->childAtIndex(1)
+                ->addChildWithValue(text("KEY (%@)", quoteIdentifier(column->getName())), "")
+                ->setSpaceBefore(indent());
     }
     return node;
 }
@@ -154,7 +159,8 @@ SourceNodePtr MySQLExporter::fieldBlock(SQLTable& table) {
 SourceNodePtr MySQLExporter::primaryKeyBlock(SQLTable& table) {
     const SQLTable::Fields columns = table.primaryKeyObjectList();
     const auto isLong = [](const SQLField* column) { return needsPrefixSize(column->getDataType()); };
-    if (!writesRunnableScripts() || std::ranges::none_of(columns, isLong)) return GenericSQLExporter::primaryKeyBlock(table);
+    if (!writesRunnableScripts() || std::ranges::none_of(columns, isLong))
+        return GenericSQLExporter::primaryKeyBlock(table);
     auto node = QVSourceNode::node();
     node->addChildWithValue("PRIMARY KEY");
     auto list = node->addChild(QVSourceNode::bracketBlock());
@@ -217,7 +223,9 @@ bool MySQLExporter::fieldCanBeAutoIncrement(SQLField& field, SQLField* compareWi
     return fieldIsFirstAutoIncrement(field) && isKeyOrIndexed(field) && (!compareWith || isKeyOrIndexed(*compareWith));
 }
 
-std::string MySQLExporter::viewCreateStringPart(std::string_view name) { return text("CREATE OR REPLACE VIEW %@ ", name); }
+std::string MySQLExporter::viewCreateStringPart(std::string_view name) {
+    return text("CREATE OR REPLACE VIEW %@ ", name);
+}
 
 std::string MySQLExporter::dropTableInstruction(SQLTable& table) {
     return text("\nDROP TABLE IF EXISTS %@%@\n", getCanonicalName(table), instructionSeparator());

@@ -68,8 +68,8 @@ public:
     std::string addDefaultQuotes(std::string_view value) override;
     [[nodiscard]] std::string getDeleteActionStringForCode(std::uint64_t code) override;
     [[nodiscard]] std::string getUpdateActionStringForCode(std::uint64_t code) override;
-    /// The comment as it stands between quotes. The preference "limitSQLCommentLength" has no effect; in runnable scripts
-    /// the server's limit for the type of object holds.
+    /// The comment as it stands between quotes. The preference "limitSQLCommentLength" has no effect; in runnable
+    /// scripts the server's limit for the type of object holds.
     [[nodiscard]] std::string formatComment(std::string_view comment, std::string_view type);
 
     // Create script

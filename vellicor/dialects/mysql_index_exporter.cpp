@@ -26,7 +26,8 @@ SourceNodePtr MySQLIndexExporter::indexFieldBlock(SQLIndex& index, MySQLExporter
     auto block = QVSourceNode::bracketBlock();
     for (SQLField* field : index.fieldList()) {
         std::string entry = exporter.quoteIdentifier(field->getName());
-        if (const std::string size = exporter.indexSizeStringForField(*field, &index); !size.empty()) entry += text("(%@)", size);
+        if (const std::string size = exporter.indexSizeStringForField(*field, &index); !size.empty())
+            entry += text("(%@)", size);
         block->addChildWithValue(entry, "");
     }
     return block;
@@ -46,16 +47,19 @@ std::string MySQLIndexExporter::createIndexStringForindex(SQLIndex& index, SQLTa
     return createIndexTreeForindex(index, table, exporter)->string();
 }
 
-SourceNodePtr MySQLIndexExporter::alterTableAddIndexTreeForindex(SQLIndex& index, SQLTable& table, MySQLExporter& exporter) {
+SourceNodePtr MySQLIndexExporter::alterTableAddIndexTreeForindex(SQLIndex& index, SQLTable& table,
+                                                                 MySQLExporter& exporter) {
     auto node = QVSourceNode::node();
-    for (const std::string& word : {std::string("ALTER"), std::string("TABLE"), exporter.getCanonicalName(table), std::string("ADD")})
+    for (const std::string& word :
+         {std::string("ALTER"), std::string("TABLE"), exporter.getCanonicalName(table), std::string("ADD")})
         node->addChildWithValue(word);
     addIndexWords(*node, index, table, exporter);
     node->addChild(indexFieldBlock(index, exporter));
     return node;
 }
 
-std::string MySQLIndexExporter::alterTableAddIndexStringForindex(SQLIndex& index, SQLTable& table, MySQLExporter& exporter) {
+std::string MySQLIndexExporter::alterTableAddIndexStringForindex(SQLIndex& index, SQLTable& table,
+                                                                 MySQLExporter& exporter) {
     return alterTableAddIndexTreeForindex(index, table, exporter)->string();
 }
 

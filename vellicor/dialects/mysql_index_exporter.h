@@ -12,10 +12,14 @@ class MySQLExporter;
 class MySQLIndexExporter : public ExporterCommon {
 public:
     [[nodiscard]] static SourceNodePtr indexFieldBlock(SQLIndex& index, MySQLExporter& exporter);
-    [[nodiscard]] static SourceNodePtr createIndexTreeForindex(SQLIndex& index, SQLTable& table, MySQLExporter& exporter);
-    [[nodiscard]] static std::string createIndexStringForindex(SQLIndex& index, SQLTable& table, MySQLExporter& exporter);
-    [[nodiscard]] static SourceNodePtr alterTableAddIndexTreeForindex(SQLIndex& index, SQLTable& table, MySQLExporter& exporter);
-    [[nodiscard]] static std::string alterTableAddIndexStringForindex(SQLIndex& index, SQLTable& table, MySQLExporter& exporter);
+    [[nodiscard]] static SourceNodePtr createIndexTreeForindex(SQLIndex& index, SQLTable& table,
+                                                               MySQLExporter& exporter);
+    [[nodiscard]] static std::string createIndexStringForindex(SQLIndex& index, SQLTable& table,
+                                                               MySQLExporter& exporter);
+    [[nodiscard]] static SourceNodePtr alterTableAddIndexTreeForindex(SQLIndex& index, SQLTable& table,
+                                                                      MySQLExporter& exporter);
+    [[nodiscard]] static std::string alterTableAddIndexStringForindex(SQLIndex& index, SQLTable& table,
+                                                                      MySQLExporter& exporter);
     /// The statement with its separator and a line feed, in the form that the exporter asks for.
     [[nodiscard]] static std::string addIndexTableExporter(SQLIndex& index, SQLTable& table, MySQLExporter& exporter);
 };

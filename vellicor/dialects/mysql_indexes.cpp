@@ -22,7 +22,8 @@ std::shared_ptr<SQLComparisonIndex> singleColumnIndex(MySQLExporter& exporter, S
 }  // namespace
 
 bool MySQLExporter::shouldUseAlterTableForIndex() const {
-    return _overrideShouldUseAlterTableForIndex || Preferences::shared().boolForKey(prefs::useAlterTableForMySQLIndexCreation);
+    return _overrideShouldUseAlterTableForIndex ||
+           Preferences::shared().boolForKey(prefs::useAlterTableForMySQLIndexCreation);
 }
 
 std::string MySQLExporter::addIndex(SQLIndex& index, SQLTable& table) {
@@ -82,7 +83,9 @@ bool MySQLExporter::shouldAddIndexForFK(SQLField& field, std::string_view) const
     return !field.isUnique();
 }
 
-std::string MySQLExporter::getForeignKeyFieldIndexName(const SQLObject& object) const { return text("%@_idxfk", object.getName()); }
+std::string MySQLExporter::getForeignKeyFieldIndexName(const SQLObject& object) const {
+    return text("%@_idxfk", object.getName());
+}
 
 std::string MySQLExporter::getUniqueForeignKeyName(const std::string& name) {
     std::string unique = name;

@@ -11,12 +11,13 @@ namespace {
 
 using Words = std::span<const std::string_view>;
 
-constexpr std::string_view kStringTypes[] = {"CHAR",       "VARCHAR",  "BINARY",    "VARBINARY",  "BLOB",     "ENUM",
-                                             "SET",        "BLOB",     "TINYBLOB",  "SHORTBLOB",  "MEDIUMBLOB", "LONGBLOB",
-                                             "TEXT",       "TINYTEXT", "SHORTTEXT", "MEDIUMTEXT", "LONGTEXT"};
+constexpr std::string_view kStringTypes[] = {"CHAR", "VARCHAR",  "BINARY",    "VARBINARY",  "BLOB",       "ENUM",
+                                             "SET",  "BLOB",     "TINYBLOB",  "SHORTBLOB",  "MEDIUMBLOB", "LONGBLOB",
+                                             "TEXT", "TINYTEXT", "SHORTTEXT", "MEDIUMTEXT", "LONGTEXT"};
 constexpr std::string_view kOtherQuotableTypes[] = {"ENUM", "SET", "DATE", "DATETIME", "TIME"};
-constexpr std::string_view kTypesWithSize[] = {"BIT",    "TINYINT", "SMALLINT", "MEDIUMINT", "INT",     "INTEGER", "BIGINT", "REAL",
-                                               "DOUBLE", "FLOAT",   "DECIMAL",  "NUMERIC",   "CHAR",    "VARCHAR", "BINARY", "VARBINARY"};
+constexpr std::string_view kTypesWithSize[] = {"BIT",    "TINYINT", "SMALLINT", "MEDIUMINT", "INT",     "INTEGER",
+                                               "BIGINT", "REAL",    "DOUBLE",   "FLOAT",     "DECIMAL", "NUMERIC",
+                                               "CHAR",   "VARCHAR", "BINARY",   "VARBINARY"};
 constexpr std::string_view kTypesWithEntries[] = {"SET", "ENUM"};
 constexpr std::string_view kTypesWithoutSize[] = {"LONGTEXT",   "MEDIUMTEXT", "TEXT",     "TINYTEXT", "LONGBLOB",
                                                   "MEDIUMBLOB", "BLOB",       "TINYBLOB", "DATE",     "YEAR"};
@@ -25,10 +26,12 @@ constexpr std::string_view kTypesWithCharacterSet[] = {"CHAR",       "VARCHAR", 
 constexpr std::string_view kIndexTypesWithPrefixSize[] = {"BLOB", "TEXT"};
 constexpr std::string_view kTypesOfQuotedNumbers[] = {"DATE", "TIME", "DATETIME"};
 constexpr std::string_view kBinaryTypes[] = {"CHAR", "VARCHAR", "TEXT"};
-constexpr std::string_view kNumberTypes[] = {"BIT",    "BOOL",  "BOOLEAN", "TINYINT",          "SMALLINT", "MEDIUMINT", "INT",   "INTEGER",
-                                             "BIGINT", "REAL",  "DOUBLE",  "DOUBLE PRECISION", "FLOAT",    "DECIMAL",   "DEC",   "NUMERIC",
-                                             "FIXED",  "SERIAL", "YEAR"};
-constexpr std::string_view kTypesWithPrefixSize[] = {"TINYBLOB", "BLOB", "MEDIUMBLOB", "LONGBLOB", "TINYTEXT", "TEXT", "MEDIUMTEXT", "LONGTEXT"};
+constexpr std::string_view kNumberTypes[] = {"BIT",   "BOOL",    "BOOLEAN", "TINYINT", "SMALLINT", "MEDIUMINT",
+                                             "INT",   "INTEGER", "BIGINT",  "REAL",    "DOUBLE",   "DOUBLE PRECISION",
+                                             "FLOAT", "DECIMAL", "DEC",     "NUMERIC", "FIXED",    "SERIAL",
+                                             "YEAR"};
+constexpr std::string_view kTypesWithPrefixSize[] = {"TINYBLOB", "BLOB", "MEDIUMBLOB", "LONGBLOB",
+                                                     "TINYTEXT", "TEXT", "MEDIUMTEXT", "LONGTEXT"};
 
 bool contains(Words words, std::string_view type) { return std::ranges::find(words, uppercased(type)) != words.end(); }
 
@@ -46,12 +49,14 @@ std::string MySQLExporter::fieldType(SQLField& field) {
     const std::string& stored = field.getDataType();
     std::string type = uppercased(stored);
     if (typeHasSize(stored)) type = field.getFullTypeString();
-    if (typeRequiresSize(stored) && field.getDataTypeSize().empty()) type = text("%@(%@)", stored, defaultSizeForType(stored));
+    if (typeRequiresSize(stored) && field.getDataTypeSize().empty())
+        type = text("%@(%@)", stored, defaultSizeForType(stored));
     if (field.getPropertyAsBoolean(keys::zeroFill)) type += " ZEROFILL ";
     if (fieldIsUnsigned(field)) type += " UNSIGNED";
     if (field.getPropertyAsBoolean(keys::binary) && contains(kBinaryTypes, stored)) type += " BINARY";
     if (contains(typesSupportingCharacterSetAndCollation(), stored)) {
-        if (const std::string set = field.getProperty(keys::fieldCharacterSet); !set.empty()) type += text(" CHARACTER SET %@", set);
+        if (const std::string set = field.getProperty(keys::fieldCharacterSet); !set.empty())
+            type += text(" CHARACTER SET %@", set);
         if (const std::string collation = field.getProperty(keys::fieldCollation); !collation.empty())
             type += text(" COLLATE %@", collation);
     }
@@ -89,6 +94,8 @@ bool MySQLExporter::supportsIndexType(std::string_view type) const {
     return type == "UNIQUE" || type == "FULLTEXT" || type == "SPATIAL";
 }
 
-bool MySQLExporter::shouldStripQuotesOnType(std::string_view type) const { return contains(kTypesOfQuotedNumbers, type); }
+bool MySQLExporter::shouldStripQuotesOnType(std::string_view type) const {
+    return contains(kTypesOfQuotedNumbers, type);
+}
 
 }  // namespace vellicor

@@ -9,7 +9,9 @@ namespace vellicor {
 class OpenBaseSQLExporter final : public GenericSQLExporter {
 public:
     static std::shared_ptr<OpenBaseSQLExporter> exporter() { return create<OpenBaseSQLExporter>(); }
-    [[nodiscard]] std::shared_ptr<SQLExportDialect> newInstance() const override { return create<OpenBaseSQLExporter>(); }
+    [[nodiscard]] std::shared_ptr<SQLExportDialect> newInstance() const override {
+        return create<OpenBaseSQLExporter>();
+    }
     [[nodiscard]] std::string_view className() const override { return "OpenBaseSQLExporter"; }
     [[nodiscard]] std::string getName() const override { return "OpenBase"; }
     [[nodiscard]] bool useQuotedIdentifier() const override { return false; }

@@ -16,12 +16,14 @@ std::string OracleSQLExporter::getDeleteActionStringForCode(std::uint64_t code) 
 
 std::string OracleSQLExporter::fieldType(SQLField& field) { return ExporterCommon::fieldTypeWithTimeZone(field); }
 
-std::string OracleSQLExporter::viewCreateStringPart(std::string_view name) { return text("CREATE OR REPLACE VIEW %@ ", name); }
+std::string OracleSQLExporter::viewCreateStringPart(std::string_view name) {
+    return text("CREATE OR REPLACE VIEW %@ ", name);
+}
 
 std::string OracleSQLExporter::addIndex(SQLIndex& index, SQLTable& table) {
     if (uppercased(index.getIndexType()) != "UNIQUE") return ExporterCommon::addIndex(index, table, *this);
-    std::string sql = "ALTER TABLE " + getCanonicalName(table) + " ADD CONSTRAINT " + getCanonicalName(index) + " UNIQUE (" +
-                      joined(quoteAllMembers(index.getFieldNameList()), ",") + ")";
+    std::string sql = "ALTER TABLE " + getCanonicalName(table) + " ADD CONSTRAINT " + getCanonicalName(index) +
+                      " UNIQUE (" + joined(quoteAllMembers(index.getFieldNameList()), ",") + ")";
     if (!isJDBCExporter()) {
         sql += instructionSeparator();
         if (index.indexListCount() == 0) sql = "/*" + commentText(sql) + "*/";
@@ -60,7 +62,8 @@ std::string OracleSQLExporter::alterColumnSpecification(SQLField& field, SQLFiel
     if (!table || !changes.needAlter()) return {};
     auto node = modifyNode(field, *table);
     node->addChildWithValue(field.getType());
-    if (changes.nullability()) node->addChildWithValue(field.getNotNull() || field.getPrimaryKey() ? "NOT NULL" : "NULL");
+    if (changes.nullability())
+        node->addChildWithValue(field.getNotNull() || field.getPrimaryKey() ? "NOT NULL" : "NULL");
     return node->string();
 }
 

@@ -19,21 +19,26 @@ namespace {
 
 using Words = std::span<const std::string_view>;
 
-constexpr std::string_view kTypesWithSize[] = {"BIT VARYING", "VARBIT",   "CHARACTER VARYING", "CHARACTER", "VARCHAR",   "CHAR",
-                                               "INTERVAL",    "NUMERIC",  "DECIMAL",           "TIME",      "TIMESTAMP", "TIMETZ"};
+constexpr std::string_view kTypesWithSize[] = {"BIT VARYING", "VARBIT", "CHARACTER VARYING", "CHARACTER",
+                                               "VARCHAR",     "CHAR",   "INTERVAL",          "NUMERIC",
+                                               "DECIMAL",     "TIME",   "TIMESTAMP",         "TIMETZ"};
 /// Classic text drops their sizes, which gives the server types of other sizes.
-constexpr std::string_view kFurtherTypesWithSize[] = {"BIT", "BPCHAR", "NCHAR", "NATIONAL CHARACTER", "NATIONAL CHARACTER VARYING",
-                                                      "CHAR VARYING", "DEC", "TIMESTAMPTZ"};
-constexpr std::string_view kTextTypes[] = {"CHARACTER VARYING", "CHARACTER", "VARCHAR", "CHAR", "TEXT", "BPCHAR", "NCHAR", "CITEXT", "NAME",
-                                           "NATIONAL CHARACTER", "NATIONAL CHARACTER VARYING", "CHAR VARYING"};
-constexpr std::string_view kNumberTypes[] = {"SMALLINT", "INTEGER", "INT", "BIGINT", "INT2", "INT4", "INT8", "DECIMAL", "NUMERIC", "DEC",
-                                             "REAL", "DOUBLE PRECISION", "FLOAT", "FLOAT4", "FLOAT8", "SERIAL", "BIGSERIAL", "SMALLSERIAL"};
+constexpr std::string_view kFurtherTypesWithSize[] = {
+    "BIT", "BPCHAR", "NCHAR", "NATIONAL CHARACTER", "NATIONAL CHARACTER VARYING", "CHAR VARYING", "DEC", "TIMESTAMPTZ"};
+constexpr std::string_view kTextTypes[] = {
+    "CHARACTER VARYING", "CHARACTER", "VARCHAR", "CHAR", "TEXT", "BPCHAR", "NCHAR", "CITEXT", "NAME",
+    "NATIONAL CHARACTER", "NATIONAL CHARACTER VARYING", "CHAR VARYING"};
+constexpr std::string_view kNumberTypes[] = {
+    "SMALLINT", "INTEGER",          "INT",   "BIGINT", "INT2",   "INT4",   "INT8",      "DECIMAL",    "NUMERIC", "DEC",
+    "REAL",     "DOUBLE PRECISION", "FLOAT", "FLOAT4", "FLOAT8", "SERIAL", "BIGSERIAL", "SMALLSERIAL"};
 constexpr std::string_view kTypesWithTimeZone[] = {"TIMESTAMP", "TIME"};
-constexpr std::string_view kQuotableDefaultTypes[] = {"CHARACTER VARYING", "CHARACTER", "VARCHAR",  "CHAR", "VARBIT", "TEXT",
-                                                      "DATE",              "TIMESTAMP", "INTERVAL", "TIME", "MONEY"};
+constexpr std::string_view kQuotableDefaultTypes[] = {
+    "CHARACTER VARYING", "CHARACTER", "VARCHAR", "CHAR", "VARBIT", "TEXT", "DATE",
+    "TIMESTAMP",         "INTERVAL",  "TIME",    "MONEY"};
 constexpr std::string_view kDefaultsNotQuoted[] = {"current_date", "current_timestamp", "current_time",
                                                    "localtime",    "localtimestamp",    "null"};
-constexpr std::string_view kFunctionsWithPrecision[] = {"current_timestamp", "current_time", "localtime", "localtimestamp"};
+constexpr std::string_view kFunctionsWithPrecision[] = {"current_timestamp", "current_time", "localtime",
+                                                        "localtimestamp"};
 
 bool contains(Words words, std::string_view word) { return std::ranges::find(words, word) != words.end(); }
 
@@ -71,7 +76,10 @@ public:
     bool isAtEnd() const { return trimmed(_rest).empty(); }
 
 private:
-    void skip() { _rest.remove_prefix(static_cast<std::size_t>(trimmed(_rest).empty() ? _rest.size() : trimmed(_rest).data() - _rest.data())); }
+    void skip() {
+        _rest.remove_prefix(
+            static_cast<std::size_t>(trimmed(_rest).empty() ? _rest.size() : trimmed(_rest).data() - _rest.data()));
+    }
     std::string_view _rest;
 };
 
@@ -90,7 +98,8 @@ bool PostgresqlExporter::fieldTypeAllowsTimeZone(std::string_view type) {
 std::string PostgresqlExporter::fieldType(SQLField& field) {
     const std::string& stored = field.getDataType();
     std::string type = Preferences::shared().boolForKey(prefs::postgresTypesUppercase) ? uppercased(stored) : stored;
-    const bool hasSize = typeHasSize(stored) || (writesRunnableScripts() && contains(kFurtherTypesWithSize, uppercased(stored)));
+    const bool hasSize =
+        typeHasSize(stored) || (writesRunnableScripts() && contains(kFurtherTypesWithSize, uppercased(stored)));
     if (hasSize && field.hasTypeSize()) type += text("(%@)", field.getDataTypeSize());
     if (fieldTypeAllowsTimeZone(stored) && field.getPropertyAsBoolean(keys::timezone)) type += " WITH TIME ZONE ";
     return type;
@@ -103,7 +112,8 @@ bool PostgresqlExporter::objectNameRequiresQuoting(std::string_view name) {
     if (quoteReservedWord(name)) return true;
     const Preferences& preferences = Preferences::shared();
     if (!preferences.boolForKey(prefs::autoQuoteIdentifiersWithInvalidCharacters)) return false;
-    const RegularExpression& pattern = casePattern(preferences.boolForKey(prefs::postgresQuoteSolelyUppercaseIdentifiers));
+    const RegularExpression& pattern =
+        casePattern(preferences.boolForKey(prefs::postgresQuoteSolelyUppercaseIdentifiers));
     if (!pattern.error().empty()) {
         log(text("error in static regex (PostgresqlExporter): %@", pattern.error()));
         return false;
@@ -150,7 +160,9 @@ Words PostgresqlExporter::defaultValuesRegularExpressionsNotQuotable() const { r
 
 bool PostgresqlExporter::shouldQuoteDefaultFieldValue(std::string_view value, SQLField& field) {
     if (field.getPropertyAsBoolean(keys::noQuoteDefault)) return false;
-    if (contains(defaultValuesNotQuotableForField(field), lowercased(value)) || defaultMatchesRegexForField(field, value)) return false;
+    if (contains(defaultValuesNotQuotableForField(field), lowercased(value)) ||
+        defaultMatchesRegexForField(field, value))
+        return false;
     const std::string type = uppercased(field.getDataType());
     if (writesRunnableScripts()) {
         if (isTextLiteral(value) || contains(kNumberTypes, type)) return false;
@@ -164,7 +176,8 @@ bool PostgresqlExporter::shouldQuoteDefaultFieldValue(std::string_view value, SQ
 bool PostgresqlExporter::defaultMatchesRegexForField(SQLField&, std::string_view defaultValue) const {
     Scanner scanner(defaultValue);
     const std::string_view function = scanner.upTo('(');
-    if (function.empty() || !contains(defaultValuesRegularExpressionsNotQuotable(), lowercased(trimmed(function)))) return false;
+    if (function.empty() || !contains(defaultValuesRegularExpressionsNotQuotable(), lowercased(trimmed(function))))
+        return false;
     if (scanner.character('(') && scanner.integer() && scanner.character(')')) return true;
     return scanner.isAtEnd();
 }
@@ -180,7 +193,8 @@ std::string PostgresqlExporter::addDefaultQuotes(std::string_view value) {
 std::string PostgresqlExporter::exportSQLTable(SQLTable& table) {
     auto node = QVSourceNode::node();
     const std::string comment = table.getComment();
-    if (!Preferences::shared().boolForKey(prefs::usePostgresComments) && !comment.empty()) node->addChild(tableCommentBlock(comment));
+    if (!Preferences::shared().boolForKey(prefs::usePostgresComments) && !comment.empty())
+        node->addChild(tableCommentBlock(comment));
     node->addChild(fieldBlock(table));
     node->addChild(tablePropertiesNode(table));
     node->addChildWithValue(instructionSeparator());
@@ -191,7 +205,8 @@ std::string PostgresqlExporter::exportSQLTable(SQLTable& table) {
 SourceNodePtr PostgresqlExporter::tablePropertiesNode(SQLTable& table) {
     auto node = QVSourceNode::node();
     node->setSpaceBefore(" ");
-    if (table.hasProperty(keys::tablespace)) node->addChildWithValue(text("TABLESPACE %@", table.getProperty(keys::tablespace)));
+    if (table.hasProperty(keys::tablespace))
+        node->addChildWithValue(text("TABLESPACE %@", table.getProperty(keys::tablespace)));
     return node;
 }
 

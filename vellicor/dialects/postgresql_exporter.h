@@ -5,12 +5,14 @@
 
 namespace vellicor {
 
-/// PostgreSQL: SERIAL for auto-increment, UNIQUE as constraints, comments as statements of their own, one ALTER COLUMN per
-/// attribute.
+/// PostgreSQL: SERIAL for auto-increment, UNIQUE as constraints, comments as statements of their own, one ALTER COLUMN
+/// per attribute.
 class PostgresqlExporter : public GenericSQLExporter {
 public:
     static std::shared_ptr<PostgresqlExporter> exporter() { return create<PostgresqlExporter>(); }
-    [[nodiscard]] std::shared_ptr<SQLExportDialect> newInstance() const override { return create<PostgresqlExporter>(); }
+    [[nodiscard]] std::shared_ptr<SQLExportDialect> newInstance() const override {
+        return create<PostgresqlExporter>();
+    }
     [[nodiscard]] std::string_view className() const override { return "PostgresqlExporter"; }
 
     // Answers

@@ -14,10 +14,11 @@ namespace vellicor {
 
 namespace {
 
-constexpr std::string_view kTypesWithSize[] = {"DATETIME2", "DATETIMEOFFSET", "TIME",    "DECIMAL", "NUMERIC", "FLOAT",
-                                               "BINARY",    "VARBINARY",      "CHAR",    "VARCHAR", "NCHAR",   "NVARCHAR"};
-constexpr std::string_view kTypesWithoutSize[] = {"BIT",  "DATE",  "DATETIME", "REAL",   "MONEY",    "SMALL MONEY", "NTEXT",
-                                                  "TEXT", "IMAGE", "INT",      "BIGINT", "SMALLINT", "TINYINT"};
+constexpr std::string_view kTypesWithSize[] = {"DATETIME2", "DATETIMEOFFSET", "TIME", "DECIMAL", "NUMERIC", "FLOAT",
+                                               "BINARY",    "VARBINARY",      "CHAR", "VARCHAR", "NCHAR",   "NVARCHAR"};
+constexpr std::string_view kTypesWithoutSize[] = {"BIT",         "DATE",     "DATETIME", "REAL",  "MONEY",
+                                                  "SMALL MONEY", "NTEXT",    "TEXT",     "IMAGE", "INT",
+                                                  "BIGINT",      "SMALLINT", "TINYINT"};
 
 bool contains(std::span<const std::string_view> words, const std::string& word) {
     return std::ranges::find(words, word) != words.end();
@@ -37,7 +38,9 @@ std::string SQLServerExporter::fieldType(SQLField& field) {
     return typeHasSize(field.getDataType()) ? field.getFullTypeString() : uppercased(field.getDataType());
 }
 
-std::string SQLServerExporter::getIndexKeyword(SQLIndex& index) { return as<SQLConstraint>(&index) ? "CONSTRAINT" : "INDEX"; }
+std::string SQLServerExporter::getIndexKeyword(SQLIndex& index) {
+    return as<SQLConstraint>(&index) ? "CONSTRAINT" : "INDEX";
+}
 
 bool SQLServerExporter::checkIndexValid(SQLIndex& index) {
     return !as<SQLConstraint>(&index) || index.getIndexType() == "UNIQUE" || index.getIndexType() == "CHECK";
@@ -95,11 +98,13 @@ std::string SQLServerExporter::dropPrimaryKeyInstruction(SQLTable& table, const 
     const std::string instruction = text("ALTER TABLE %@ DROP CONSTRAINT %@", canonicalName, quoteIdentifier(name));
     if (!name.empty()) return instruction;
     if (Preferences::shared().boolForKey(prefs::sqlServerFindPKNameForDrop)) {
-        return text("/* (need to discover primary key name first) */\nDECLARE @SQL VARCHAR(4000);\nSET @SQL = 'ALTER TABLE %@ DROP CONSTRAINT |ConstraintName| ;'\nSET @SQL = REPLACE(@SQL, '|ConstraintName|', ( SELECT   name FROM     sysobjects WHERE    xtype = 'PK' AND parent_obj = OBJECT_ID('%@') ));\nEXEC (@SQL)",
-                    canonicalName, canonicalName);
+        return text(
+            "/* (need to discover primary key name first) */\nDECLARE @SQL VARCHAR(4000);\nSET @SQL = 'ALTER TABLE %@ DROP CONSTRAINT |ConstraintName| ;'\nSET @SQL = REPLACE(@SQL, '|ConstraintName|', ( SELECT   name FROM     sysobjects WHERE    xtype = 'PK' AND parent_obj = OBJECT_ID('%@') ));\nEXEC (@SQL)",
+            canonicalName, canonicalName);
     }
-    return text("/*[WARNING] Drop primary key contraint instruction requires that constraint name is set for primary key being dropped*/\n/* %@ (primary key)*/",
-                commentText(instruction));
+    return text(
+        "/*[WARNING] Drop primary key contraint instruction requires that constraint name is set for primary key being dropped*/\n/* %@ (primary key)*/",
+        commentText(instruction));
 }
 
 Statements SQLServerExporter::alterSQLFieldAsVector(SQLField& field, SQLField& curField, SQLObject*) {

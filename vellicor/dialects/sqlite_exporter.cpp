@@ -30,7 +30,8 @@ std::string SQLiteExporter::exportSQLContainer(SQLContainer& container) {
 
 std::string SQLiteExporter::getCanonicalNameWithLinkString(SQLTable& table, std::string_view linkString) {
     const std::string schema = schemaNameForTable(table);
-    if (!writesRunnableScripts() || schema.empty()) return GenericSQLExporter::getCanonicalNameWithLinkString(table, linkString);
+    if (!writesRunnableScripts() || schema.empty())
+        return GenericSQLExporter::getCanonicalNameWithLinkString(table, linkString);
     return quoteIdentifier(text("%@_%@", trimmed(schema), trimmed(table.getBaseName())));
 }
 
@@ -61,9 +62,10 @@ SQLTable::Components SQLiteExporter::fieldListForTable(SQLTable& table) {
 }
 
 std::string SQLiteExporter::exportSQLField(SQLField& field) {
-    const bool isOnlyKey = field.getPrimaryKey() && field.parentTable() && field.parentTable()->primaryKeyObjectList().size() == 1;
-    // Kept: in classic text the type must be spelt exactly so, unlike in `fieldIsIntegerType`. SQLite numbers no rows of
-    // a key of another type.
+    const bool isOnlyKey =
+        field.getPrimaryKey() && field.parentTable() && field.parentTable()->primaryKeyObjectList().size() == 1;
+    // Kept: in classic text the type must be spelt exactly so, unlike in `fieldIsIntegerType`. SQLite numbers no rows
+    // of a key of another type.
     const bool numbersRows = field.getAutoIncrement() && (field.getType() == "INTEGER" || writesRunnableScripts());
     const std::string type = isOnlyKey && numbersRows ? "INTEGER" : fieldType(field);
     std::string sql = text("%@ %@", quoteIdentifier(field.getName()), type);
@@ -88,7 +90,8 @@ SourceNodePtr SQLiteExporter::primaryKeyBlock(SQLTable& table) {
 
 std::string SQLiteExporter::quoteDefaultValue(std::string_view value, SQLField& field) {
     static constexpr std::array<std::string_view, 3> kTimes{"CURRENT_TIME", "CURRENT_DATE", "CURRENT_TIMESTAMP"};
-    const bool isTime = std::ranges::any_of(kTimes, [&](std::string_view word) { return equalIgnoringCase(word, value); });
+    const bool isTime =
+        std::ranges::any_of(kTimes, [&](std::string_view word) { return equalIgnoringCase(word, value); });
     if (isTime) return std::string(value);
     if (writesRunnableScripts()) {
         const std::string type = uppercased(field.getDataType());
@@ -100,7 +103,8 @@ std::string SQLiteExporter::quoteDefaultValue(std::string_view value, SQLField& 
 }
 
 std::string SQLiteExporter::withoutForeignKeyChecks(std::string_view statements) {
-    return text("PRAGMA foreign_keys = OFF%@\n%@PRAGMA foreign_keys = ON%@\n", instructionSeparator(), statements, instructionSeparator());
+    return text("PRAGMA foreign_keys = OFF%@\n%@PRAGMA foreign_keys = ON%@\n", instructionSeparator(), statements,
+                instructionSeparator());
 }
 
 std::string SQLiteExporter::userBlock(std::string_view block) {
@@ -113,7 +117,9 @@ std::string SQLiteExporter::userBlock(std::string_view block) {
     return GenericSQLExporter::userBlock(statements);
 }
 
-bool SQLiteExporter::fieldIsIntegerType(const SQLField& field) const { return uppercased(field.getType()) == "INTEGER"; }
+bool SQLiteExporter::fieldIsIntegerType(const SQLField& field) const {
+    return uppercased(field.getType()) == "INTEGER";
+}
 
 bool SQLiteExporter::fieldIsFirstIntegerPK(const SQLField& field) const {
     const SQLTable* table = field.parentTable();
@@ -125,7 +131,9 @@ bool SQLiteExporter::fieldIsFirstIntegerPK(const SQLField& field) const {
 
 std::string SQLiteExporter::exportSQLForeignKey(SQLForeignKey& key) { return getSQLForForeignKeyField(key); }
 
-std::string SQLiteExporter::addIndex(SQLIndex& index, SQLTable& table) { return ExporterCommon::addIndex(index, table, *this); }
+std::string SQLiteExporter::addIndex(SQLIndex& index, SQLTable& table) {
+    return ExporterCommon::addIndex(index, table, *this);
+}
 
 Statements SQLiteExporter::postLoadAsVectorSQLField(SQLField& field, SQLTable& table) {
     return {createFieldIndexOnField(field, table)};
@@ -141,8 +149,9 @@ std::string SQLiteExporter::dropIndex(SQLField& field, SQLTable& table) {
     if (writesRunnableScripts())
         return text("DROP INDEX %@%@\n", nameOfExistingIndex(field, table), instructionSeparator());
     // Kept: the name is not the one that the create script gives, and no separator follows.
-    const std::string name = field.hasProperty(keys::indexedKeyName) ? quoteIdentifier(field.getProperty(keys::indexedKeyName))
-                                                                     : getNameForIndex(table, getIndexNameForFieldIndexed(field));
+    const std::string name = field.hasProperty(keys::indexedKeyName)
+                                 ? quoteIdentifier(field.getProperty(keys::indexedKeyName))
+                                 : getNameForIndex(table, getIndexNameForFieldIndexed(field));
     logDropIndexName(name, field);
     return text("DROP INDEX %@\n", name);
 }

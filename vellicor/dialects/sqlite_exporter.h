@@ -41,7 +41,9 @@ public:
     std::string dropForeignKey(SQLConnectable&) override { return {}; }
     std::string dropSQLForeignKey(SQLForeignKey&) override { return {}; }
     SourceNodePtr alterPrimaryKeyForTable(SQLTable&, SQLTable&) override { return QVSourceNode::node(); }
-    SourceNodePtr alterDropForeignKeysReferencingPrimaryKey(SQLTable&, SQLTable&) override { return QVSourceNode::node(); }
+    SourceNodePtr alterDropForeignKeysReferencingPrimaryKey(SQLTable&, SQLTable&) override {
+        return QVSourceNode::node();
+    }
     Statements postLoadAsVectorSQLForeignKey(SQLForeignKey&, SQLTable&) override { return {}; }
 
     // Statements

@@ -18,12 +18,14 @@ Statements SybaseSQLExporter::postLoadAsVectorSQLTable(SQLTable& table) {
     const std::vector<std::string> primaryKey = table.primaryKeyList();
     if (!primaryKey.empty()) {
         const std::string name = writesRunnableScripts() ? getCanonicalName(table) : quoteIdentifier(table.getName());
-        statements.push_back(text("CREATE UNIQUE INDEX PrimaryIndex on %@ (%@)%@\n", name, joined(quoteMembersForSQL(primaryKey), ","),
+        statements.push_back(text("CREATE UNIQUE INDEX PrimaryIndex on %@ (%@)%@\n", name,
+                                  joined(quoteMembersForSQL(primaryKey), ","),
                                   writesRunnableScripts() ? instructionSeparator() : ""));
     }
     for (const auto& component : table.objectList()) {
         if (!as<SQLIndex>(component.get())) continue;
-        for (std::string& statement : postLoadAsVectorSQLTableComponent(*component, table)) statements.push_back(std::move(statement));
+        for (std::string& statement : postLoadAsVectorSQLTableComponent(*component, table))
+            statements.push_back(std::move(statement));
     }
     return statements;
 }

@@ -18,7 +18,8 @@ bool isFirstAutoIncrement(const SQLField& field) {
     if (!table) return false;
     const auto components = table->lockedFields();
     for (const auto& component : *components)
-        if (const auto* column = as<SQLField>(component.get()); column && column->getAutoIncrement()) return column == &field;
+        if (const auto* column = as<SQLField>(component.get()); column && column->getAutoIncrement())
+            return column == &field;
     return false;
 }
 
@@ -47,7 +48,8 @@ OptionalText SybaseStyleExporter::primaryKeyConstraintName(SQLTable& table) {
 }
 
 bool SybaseStyleExporter::shouldQuoteDefaultFieldValue(std::string_view value, SQLField& field) {
-    static constexpr std::array<std::string_view, 5> kWords{"CURRENT_TIMESTAMP", "CURRENT_USER", "SESSION_USER", "SYSTEM_USER", "USER"};
+    static constexpr std::array<std::string_view, 5> kWords{"CURRENT_TIMESTAMP", "CURRENT_USER", "SESSION_USER",
+                                                            "SYSTEM_USER", "USER"};
     static const RegularExpression number(R"([-+]?[0-9]+(\.[0-9]*)?)");
     if (!GenericSQLExporter::shouldQuoteDefaultFieldValue(value, field)) return false;
     if (!writesRunnableScripts()) return true;
@@ -56,7 +58,9 @@ bool SybaseStyleExporter::shouldQuoteDefaultFieldValue(std::string_view value, S
     return !isWord && !isCall && !number.firstMatchCovers(value);
 }
 
-std::string SybaseStyleExporter::addIndex(SQLIndex& index, SQLTable& table) { return ExporterCommon::addIndex(index, table, *this); }
+std::string SybaseStyleExporter::addIndex(SQLIndex& index, SQLTable& table) {
+    return ExporterCommon::addIndex(index, table, *this);
+}
 
 std::string SybaseStyleExporter::nullOrNotString(SQLField& field) { return field.getNotNull() ? " NOT NULL" : ""; }
 

@@ -40,7 +40,8 @@ struct DispatchTables {
 
 /// The row for a class type, looked for in the class's table and then in those of its bases; null when there is none.
 template <class Row>
-const Row* findOperation(const DispatchTables& tables, std::span<const Row> DispatchTables::*family, std::string_view type) {
+const Row* findOperation(const DispatchTables& tables, std::span<const Row> DispatchTables::*family,
+                         std::string_view type) {
     for (const DispatchTables* level = &tables; level; level = level->base)
         for (const Row& row : level->*family)
             if (row.type == type) return &row;
@@ -72,8 +73,9 @@ template <auto M>
 constexpr TableOperation tableOperation(std::string_view type) {
     using Method = detail::ExporterMethod<decltype(M)>;
     return {type, [](GenericSQLExporter& exporter, SQLObject& object, SQLTable& table) {
-        return (static_cast<typename Method::Class&>(exporter).*M)(dynamic_cast<typename Method::Object&>(object), table);
-    }};
+                return (static_cast<typename Method::Class&>(exporter).*M)(
+                    dynamic_cast<typename Method::Object&>(object), table);
+            }};
 }
 
 /// The same for an object's new and old state, both of the function's parameter type.

@@ -50,7 +50,10 @@ public:
     virtual std::vector<std::string> quoteAllMembers(const std::vector<std::string>& names) { return names; }
     virtual std::string getCanonicalName(SQLObject&) { return {}; }
     virtual std::string getNameForIndexWithIndex(SQLTable&, SQLIndex&) { return {}; }
-    virtual std::string getNameForIndex(SQLTable&, std::string_view /*name*/, const OptionalText& /*suffix*/, bool /*quotes*/) { return {}; }
+    virtual std::string getNameForIndex(SQLTable&, std::string_view /*name*/, const OptionalText& /*suffix*/,
+                                        bool /*quotes*/) {
+        return {};
+    }
     virtual void setJDBCMetaData(std::shared_ptr<DatabaseMetaData>) {}
     [[nodiscard]] virtual std::shared_ptr<SQLExportDialect> currentExporter() const { return nullptr; }
     virtual void setCurrentExporter(std::shared_ptr<SQLExportDialect>) {}
@@ -61,11 +64,15 @@ public:
     /// Either side may be missing, not both.
     virtual Statements alterSQLForeignKeyAsVector(SQLForeignKey*, SQLForeignKey*, SQLObject* /*extra*/) { return {}; }
     virtual Statements postLoadAsVector(SQLObject&, SQLTable&) { return {}; }
-    virtual Statements alterAsVector(SQLObject& /*object*/, SQLObject& /*oldObject*/, SQLObject* /*extra*/) { return {}; }
+    virtual Statements alterAsVector(SQLObject& /*object*/, SQLObject& /*oldObject*/, SQLObject* /*extra*/) {
+        return {};
+    }
     virtual void configureForExport() {}
     [[nodiscard]] virtual bool supportsAlterSQLConstraint() const { return false; }
     [[nodiscard]] virtual bool typeHasSize(std::string_view /*type*/) { return true; }
-    [[nodiscard]] virtual bool isTypeEquivalent(std::string_view /*typeA*/, std::string_view /*typeB*/) { return false; }
+    [[nodiscard]] virtual bool isTypeEquivalent(std::string_view /*typeA*/, std::string_view /*typeB*/) {
+        return false;
+    }
     /// Whether the exporter is offered to the user.
     [[nodiscard]] virtual bool isDisplayable() const { return _isDisplayable; }
 

@@ -34,10 +34,13 @@ bool GenericSQLExporter::shouldIncludeTitleHeader() const {
     return Preferences::shared().boolForKey(prefs::includeTitleHeaderInExport);
 }
 
-std::string GenericSQLExporter::indent() const { return _indentSize < 1 ? std::string() : std::string(_indentSize, ' '); }
+std::string GenericSQLExporter::indent() const {
+    return _indentSize < 1 ? std::string() : std::string(_indentSize, ' ');
+}
 
 std::string GenericSQLExporter::ifNotExists(bool supported) const {
-    const bool wanted = !_isJDBCExporter && supported && Preferences::shared().boolForKey(prefs::useIfNotExistsOnTableExport);
+    const bool wanted =
+        !_isJDBCExporter && supported && Preferences::shared().boolForKey(prefs::useIfNotExistsOnTableExport);
     return wanted ? "IF NOT EXISTS " : "";
 }
 
@@ -53,7 +56,9 @@ void GenericSQLExporter::setJDBCMetaData(std::shared_ptr<DatabaseMetaData> metaD
     }
 }
 
-bool GenericSQLExporter::shouldExportIndex(SQLIndex& index) { return !_currentExporter || !_currentExporter->indexExists(index); }
+bool GenericSQLExporter::shouldExportIndex(SQLIndex& index) {
+    return !_currentExporter || !_currentExporter->indexExists(index);
+}
 
 void GenericSQLExporter::clearIndexCache() { _indexCache.clear(); }
 

@@ -34,7 +34,9 @@ class GenericSQLExporter : public SQLExportDialect {
 public:
     void init() override;
     static std::shared_ptr<GenericSQLExporter> exporter() { return create<GenericSQLExporter>(); }
-    [[nodiscard]] std::shared_ptr<SQLExportDialect> newInstance() const override { return create<GenericSQLExporter>(); }
+    [[nodiscard]] std::shared_ptr<SQLExportDialect> newInstance() const override {
+        return create<GenericSQLExporter>();
+    }
     [[nodiscard]] std::string_view className() const override { return "GenericSQLExporter"; }
 
     // === answers: what dialects override most ===
@@ -97,7 +99,9 @@ public:
     /// asks here.
     [[nodiscard]] static bool writesRunnableScripts();
     [[nodiscard]] std::shared_ptr<SQLExportDialect> currentExporter() const override { return _currentExporter; }
-    void setCurrentExporter(std::shared_ptr<SQLExportDialect> exporter) override { _currentExporter = std::move(exporter); }
+    void setCurrentExporter(std::shared_ptr<SQLExportDialect> exporter) override {
+        _currentExporter = std::move(exporter);
+    }
     void setDocumentInfo(std::shared_ptr<SQLDocumentInfo> info) override { _documentInfo = std::move(info); }
     [[nodiscard]] const std::shared_ptr<SQLDocumentInfo>& documentInfo() const { return _documentInfo; }
     /// A connection's metadata makes this an exporter to a live database; its product is logged.
@@ -134,7 +138,8 @@ public:
     [[nodiscard]] std::vector<SQLTable*> tablesInDropOrder(SQLContainer& container);
     /// The tables with keys to this one. Classic text minds the keys of single columns only.
     [[nodiscard]] std::vector<SQLTable*> referencingTables(const SQLTable& table) const;
-    void addTablesLinkedToTable(SQLTable& table, std::vector<SQLTable*>& tables, std::unordered_set<const SQLTable*>& visited);
+    void addTablesLinkedToTable(SQLTable& table, std::vector<SQLTable*>& tables,
+                                std::unordered_set<const SQLTable*>& visited);
     virtual std::string dropSQLTable(SQLTable& table);
     virtual std::string dropTableInstruction(SQLTable& table);
     virtual std::string postLoadSQLContainer(SQLContainer& container);
@@ -196,7 +201,9 @@ public:
     /// Null when the key can be exported or `ignoreEmpty` is set.
     virtual SourceNodePtr foreignKeyErrorNode(SQLConnectable& key, bool ignoreEmpty);
     virtual SourceNodePtr getSQLForForeignKeyFieldNode(SQLConnectable& key, bool asExternalInstruction);
-    std::string getSQLForForeignKeyField(SQLConnectable& key) { return nodeText(getSQLForForeignKeyFieldNode(key, false)); }
+    std::string getSQLForForeignKeyField(SQLConnectable& key) {
+        return nodeText(getSQLForForeignKeyFieldNode(key, false));
+    }
     virtual std::string createForeignKey(SQLConnectable& key, ForeignKeyForm form);
     [[nodiscard]] virtual std::string getDeleteActionStringForCode(std::uint64_t code);
     [[nodiscard]] virtual std::string getUpdateActionStringForCode(std::uint64_t code);
@@ -235,7 +242,8 @@ public:
     std::string getNameForIndexWithIndex(SQLTable& table, SQLIndex& index) override;
     std::string getNameForIndex(SQLTable& table, std::string_view name);
     std::string getNameForIndex(SQLTable& table, std::string_view name, const OptionalText& suffix);
-    std::string getNameForIndex(SQLTable& table, std::string_view name, const OptionalText& suffix, bool quotes) override;
+    std::string getNameForIndex(SQLTable& table, std::string_view name, const OptionalText& suffix,
+                                bool quotes) override;
     virtual std::string quoteDefaultValue(std::string_view value, SQLField& field);
     [[nodiscard]] virtual bool shouldQuoteDefaultFieldValue(std::string_view value, SQLField& field);
     virtual std::string addDefaultQuotes(std::string_view value);
@@ -246,8 +254,8 @@ public:
     virtual std::string quoteForSQL(std::string_view text, bool force);
 
     // === runnable scripts (generic_exporter_runnable.cpp) ===
-    /// A default value as a literal that servers read back as it is meant: quotes inside are doubled. A value that already
-    /// stands in quotes keeps them.
+    /// A default value as a literal that servers read back as it is meant: quotes inside are doubled. A value that
+    /// already stands in quotes keeps them.
     [[nodiscard]] static std::string runnableLiteral(std::string_view value);
     /// Any text as such a literal.
     [[nodiscard]] static std::string runnableTextLiteral(std::string_view content);
@@ -267,7 +275,9 @@ public:
     /// With the separator, which no remark at the end hides.
     [[nodiscard]] std::string endedStatement(std::string_view sql);
     /// Statements that drop tables which reference each other in a circle.
-    [[nodiscard]] virtual std::string withoutForeignKeyChecks(std::string_view statements) { return std::string(statements); }
+    [[nodiscard]] virtual std::string withoutForeignKeyChecks(std::string_view statements) {
+        return std::string(statements);
+    }
 
     // === alter scripts: tables, columns, indexes (generic_exporter_alter.cpp) ===
     std::string alter(SQLObject& object, SQLObject& oldObject) override;
@@ -317,7 +327,8 @@ public:
     virtual SourceNodePtr addPrimaryKeyInstruction(SQLTable& table);
     virtual SourceNodePtr dropForeignKeyList(const std::vector<SQLConnectable*>& keys);
     virtual SourceNodePtr addForeignKeyList(const std::vector<SQLConnectable*>& keys);
-    [[nodiscard]] std::vector<SQLConnectable*> filterForeignKeyList(const std::vector<SQLConnectable*>& keys, SQLContainer* documentContainer);
+    [[nodiscard]] std::vector<SQLConnectable*> filterForeignKeyList(const std::vector<SQLConnectable*>& keys,
+                                                                    SQLContainer* documentContainer);
 
     // === bookkeeping of alter scripts; `AlterRun` calls the first two ===
     void beginAlterRun(const SQLContainer& database, const PrimaryKeyReferences& references);
@@ -351,7 +362,9 @@ protected:
     /// A comment in place of a table that the server refuses to make; empty when it can.
     [[nodiscard]] std::string missingColumnsRemark(SQLTable& table);
     /// "IF EXISTS " in runnable scripts where the dialect has it.
-    [[nodiscard]] std::string ifExists() const { return writesRunnableScripts() && supportsDropIfExists() ? "IF EXISTS " : ""; }
+    [[nodiscard]] std::string ifExists() const {
+        return writesRunnableScripts() && supportsDropIfExists() ? "IF EXISTS " : "";
+    }
 
     /// "IF NOT EXISTS " when the preference asks for it and no live database is written to.
     [[nodiscard]] std::string ifNotExists(bool supported) const;

@@ -118,7 +118,8 @@ Statements GenericSQLExporter::postLoadAsVectorSQLContainer(SQLContainer& contai
         const SQLDocumentInfo* info = container.documentInfo();
         statements.push_back(userBlock(info ? info->postExportSQL() : std::string()));
     } else {
-        std::ranges::move(GenericSQLExporterAppender::postAppendSQLBlockForContainer(container), std::back_inserter(statements));
+        std::ranges::move(GenericSQLExporterAppender::postAppendSQLBlockForContainer(container),
+                          std::back_inserter(statements));
     }
     std::erase(statements, "");
     return statements;

@@ -84,10 +84,12 @@ constexpr DispatchTables kGenericTables{.exportOperations = kExport,
 
 /// The one look-up behind every prefix: runs the operation, or says in the log that there is none.
 template <class Result>
-Result genericFunction(std::string_view prefix, std::span<const Operation<Result>> DispatchTables::*family, Generic& exporter,
-                       SQLObject& object) {
-    if (const auto* row = findOperation(exporter.dispatchTables(), family, object.getClassType())) return row->run(exporter, object);
-    log(text("No method available: %@ %@ %@", text("%@%@:", prefix, object.getClassType()), prefix, object.description()));
+Result genericFunction(std::string_view prefix, std::span<const Operation<Result>> DispatchTables::*family,
+                       Generic& exporter, SQLObject& object) {
+    if (const auto* row = findOperation(exporter.dispatchTables(), family, object.getClassType()))
+        return row->run(exporter, object);
+    log(text("No method available: %@ %@ %@", text("%@%@:", prefix, object.getClassType()), prefix,
+             object.description()));
     return {};
 }
 
@@ -120,7 +122,8 @@ Statements GenericSQLExporter::postLoadAsVector(SQLObject& object) {
 }
 
 Statements GenericSQLExporter::postLoadAsVector(SQLObject& object, SQLTable& table) {
-    const auto* row = findOperation(dispatchTables(), &DispatchTables::postLoadAsVectorInTableOperations, object.getClassType());
+    const auto* row =
+        findOperation(dispatchTables(), &DispatchTables::postLoadAsVectorInTableOperations, object.getClassType());
     return row ? row->run(*this, object, table) : Statements();
 }
 

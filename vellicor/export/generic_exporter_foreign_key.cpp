@@ -11,9 +11,11 @@ namespace {
 
 // Kept: the texts begin with a blank and are words themselves, so two blanks stand between the clauses.
 constexpr std::array<std::string_view, 6> kDeleteActions{
-    "", " ON DELETE CASCADE", " ON DELETE RESTRICT", " ON DELETE SET NULL", " ON DELETE NO ACTION", " ON DELETE SET DEFAULT"};
+    "", " ON DELETE CASCADE", " ON DELETE RESTRICT", " ON DELETE SET NULL",
+    " ON DELETE NO ACTION", " ON DELETE SET DEFAULT"};
 constexpr std::array<std::string_view, 6> kUpdateActions{
-    "", " ON UPDATE CASCADE", " ON UPDATE RESTRICT", " ON UPDATE SET NULL", " ON UPDATE NO ACTION", " ON UPDATE SET DEFAULT"};
+    "", " ON UPDATE CASCADE", " ON UPDATE RESTRICT", " ON UPDATE SET NULL",
+    " ON UPDATE NO ACTION", " ON UPDATE SET DEFAULT"};
 
 }  // namespace
 
@@ -54,7 +56,9 @@ SourceNodePtr GenericSQLExporter::foreignKeyConstraintNameNode(SQLConnectable& k
 
 OptionalText GenericSQLExporter::foreignKeyConstraintName(SQLConnectable& key) { return key.foreignKeyName(); }
 
-SourceNodePtr GenericSQLExporter::foreignKeyDeferredBlock(SQLConnectable&, SQLConnectable*) { return QVSourceNode::node(); }
+SourceNodePtr GenericSQLExporter::foreignKeyDeferredBlock(SQLConnectable&, SQLConnectable*) {
+    return QVSourceNode::node();
+}
 
 SourceNodePtr GenericSQLExporter::foreignKeyAlterTableInstructionNode(SQLConnectable& key) {
     SQLTable* table = key.connectableComponent().parentTable();

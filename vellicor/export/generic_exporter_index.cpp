@@ -56,7 +56,8 @@ std::string GenericSQLExporter::indexSizeStringForField(SQLField& field, SQLInde
 
 std::string GenericSQLExporter::createIndexIfNotDuplicate(SQLTable& table, SQLIndex& index) {
     const bool isNew = _indexCache[table.uid()].insert(getNameForIndexWithIndex(table, index)).second;
-    return isNew ? addIndex(index, table) : text("/* (prefix indexes:ON) => Index %@ would conflict */", commentText(index.getName()));
+    return isNew ? addIndex(index, table)
+                 : text("/* (prefix indexes:ON) => Index %@ would conflict */", commentText(index.getName()));
 }
 
 std::string GenericSQLExporter::addIndex(SQLIndex& index) {

@@ -74,8 +74,12 @@ std::string GenericSQLExporter::getCanonicalNameSQLIndex(SQLIndex& index) { retu
 std::string GenericSQLExporter::getCanonicalNameSQLConstraint(SQLConstraint& constraint) {
     return quoteIdentifier(constraint.getName());
 }
-std::string GenericSQLExporter::getCanonicalNameSQLTable(SQLTable& table) { return getCanonicalNameWithLinkString(table, "."); }
-std::string GenericSQLExporter::getCanonicalNameSQLView(SQLView& view) { return getCanonicalNameWithLinkString(view, "."); }
+std::string GenericSQLExporter::getCanonicalNameSQLTable(SQLTable& table) {
+    return getCanonicalNameWithLinkString(table, ".");
+}
+std::string GenericSQLExporter::getCanonicalNameSQLView(SQLView& view) {
+    return getCanonicalNameWithLinkString(view, ".");
+}
 
 std::string GenericSQLExporter::getCanonicalNameWithLinkString(SQLTable& table, std::string_view linkString) {
     const std::string name = quoteIdentifier(trimmed(table.getBaseName()));
@@ -97,7 +101,8 @@ std::string GenericSQLExporter::getNameForIndex(SQLTable& table, std::string_vie
     return getNameForIndex(table, name, suffix, true);
 }
 
-std::string GenericSQLExporter::getNameForIndex(SQLTable& table, std::string_view name, const OptionalText& suffix, bool quotes) {
+std::string GenericSQLExporter::getNameForIndex(SQLTable& table, std::string_view name, const OptionalText& suffix,
+                                                bool quotes) {
     std::string indexName(name);
     if (const OptionalText& prefix = table.indexPrefix(); _shouldPrefixIndexNames && prefix) {
         const std::string lower = lowercased(name);
@@ -137,7 +142,9 @@ std::string GenericSQLExporter::addDefaultQuotes(std::string_view value) {
     return quoted;
 }
 
-std::string GenericSQLExporter::escapeQuoteCharacter(std::string_view text) { return escapeQuoteCharacter(text, "'\""); }
+std::string GenericSQLExporter::escapeQuoteCharacter(std::string_view text) {
+    return escapeQuoteCharacter(text, "'\"");
+}
 
 std::string GenericSQLExporter::escapeQuoteCharacter(std::string_view text, std::string_view quoteCharSet) {
     std::string escaped;

@@ -26,7 +26,9 @@ bool GenericSQLExporter::writesRunnableScripts() { return Preferences::shared().
 bool GenericSQLExporter::isRefusedBare(std::string_view name, bool isReservedWord) const {
     // Who decided about a kind of quoting is obeyed; nobody having decided, the server does.
     const Preferences& preferences = Preferences::shared();
-    const auto mayQuote = [&](const char* key) { return !preferences.objectForKey(key) || preferences.boolForKey(key); };
+    const auto mayQuote = [&](const char* key) {
+        return !preferences.objectForKey(key) || preferences.boolForKey(key);
+    };
     if (isReservedWord) return mayQuote(prefs::quoteReservedWords);
     const bool isDigit = !name.empty() && name.front() >= '0' && name.front() <= '9';
     const bool isWord = !isDigit && std::ranges::all_of(name, [](char c) {
@@ -68,7 +70,8 @@ std::string GenericSQLExporter::runnableLiteral(std::string_view value) {
     const bool isQuoted = value.size() >= 2 && value.starts_with('\'') && value.ends_with('\'');
     const std::string_view content = isQuoted ? value.substr(1, value.size() - 2) : value;
     // Inside quotes a quote is already escaped by a backslash or by doubling.
-    return runnableTextLiteral(isQuoted ? replacingAll(replacingAll(content, "\\'", "'"), "''", "'") : std::string(content));
+    return runnableTextLiteral(isQuoted ? replacingAll(replacingAll(content, "\\'", "'"), "''", "'")
+                                        : std::string(content));
 }
 
 std::string GenericSQLExporter::runnableExpression(std::string_view value) {
@@ -186,8 +189,10 @@ void GenericSQLExporter::putViewsLast(SQLContainer::Objects& objects) {
 std::string GenericSQLExporter::missingColumnsRemark(SQLTable& table) {
     if (!writesRunnableScripts() || supportsTablesWithoutColumns()) return {};
     const auto components = table.lockedFields();
-    const bool hasColumns = std::ranges::any_of(*components, [](const auto& component) { return as<SQLField>(component.get()); });
-    return hasColumns ? std::string() : text("/* TABLE %@ - no columns specified */", commentText(getCanonicalName(table)));
+    const bool hasColumns =
+        std::ranges::any_of(*components, [](const auto& component) { return as<SQLField>(component.get()); });
+    return hasColumns ? std::string()
+                      : text("/* TABLE %@ - no columns specified */", commentText(getCanonicalName(table)));
 }
 
 std::string GenericSQLExporter::indexTypeInScript(SQLIndex& index) {
@@ -203,7 +208,8 @@ std::string GenericSQLExporter::foreignKeyStatement(SQLConnectable& key) {
 
 void GenericSQLExporter::putForeignKeysLast(Statements& statements) {
     // A key may need the unique index of a table that comes later.
-    std::ranges::stable_partition(statements, [this](const std::string& sql) { return !_foreignKeyStatements.contains(sql); });
+    std::ranges::stable_partition(statements,
+                                  [this](const std::string& sql) { return !_foreignKeyStatements.contains(sql); });
     _foreignKeyStatements.clear();
 }
 

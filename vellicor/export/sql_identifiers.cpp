@@ -56,7 +56,8 @@ std::vector<SQLIdentifier> identifiersIn(std::string_view sql) {
             const char close = c == '[' ? ']' : c;
             end = behindQuote(sql, i, close);
             const std::string quote(1, close);
-            if (end > i + 1) found.push_back({i, end, replacingAll(sql.substr(i + 1, end - i - 2), quote + quote, quote)});
+            if (end > i + 1)
+                found.push_back({i, end, replacingAll(sql.substr(i + 1, end - i - 2), quote + quote, quote)});
         } else if (isWordStart(c) || isDigit(c)) {
             while (end < sql.size() && isWordPart(sql[end])) ++end;
             if (isWordStart(c)) found.push_back({i, end, std::string(sql.substr(i, end - i))});
@@ -86,13 +87,16 @@ bool isExpression(std::string_view value) {
 }
 
 bool isPresentTime(std::string_view value) {
-    static constexpr std::string_view kWords[] = {"CURRENT_DATE", "CURRENT_TIME", "CURRENT_TIMESTAMP", "LOCALTIME", "LOCALTIMESTAMP"};
+    static constexpr std::string_view kWords[] = {"CURRENT_DATE", "CURRENT_TIME", "CURRENT_TIMESTAMP", "LOCALTIME",
+                                                  "LOCALTIMESTAMP"};
     const std::string_view word = leadingWord(trimmed(value));
     const std::string_view rest = trimmed(trimmed(value).substr(word.size()));
-    const bool isCall = rest.size() >= 2 && rest.front() == '(' && rest.back() == ')' &&
-                        std::ranges::all_of(rest.substr(1, rest.size() - 2), [](char c) { return isDigit(c) || c == ' '; });
+    const bool isCall =
+        rest.size() >= 2 && rest.front() == '(' && rest.back() == ')' &&
+        std::ranges::all_of(rest.substr(1, rest.size() - 2), [](char c) { return isDigit(c) || c == ' '; });
     if (equalIgnoringCase(word, "NOW")) return isCall;
-    return (rest.empty() || isCall) && std::ranges::any_of(kWords, [&](std::string_view known) { return equalIgnoringCase(known, word); });
+    return (rest.empty() || isCall) &&
+           std::ranges::any_of(kWords, [&](std::string_view known) { return equalIgnoringCase(known, word); });
 }
 
 }  // namespace vellicor

@@ -52,7 +52,9 @@ struct ClassInfo {
 };
 
 /// The rule for flags in documents: "1", or "YES" in any case, is true; everything else false.
-[[nodiscard]] inline bool flagFromDocument(std::string_view text) { return text == "1" || equalIgnoringCase(text, "YES"); }
+[[nodiscard]] inline bool flagFromDocument(std::string_view text) {
+    return text == "1" || equalIgnoringCase(text, "YES");
+}
 
 namespace detail {
 

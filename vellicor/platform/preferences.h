@@ -42,8 +42,8 @@ public:
     void setBool(bool flag, std::string_view key);
     void removeObject(std::string_view key);
 
-    /// Merges the dictionary of a property-list file into the store; false with a reason in `error` when the file cannot
-    /// be read or is no dictionary, the store then unchanged.
+    /// Merges the dictionary of a property-list file into the store; false with a reason in `error` when the file
+    /// cannot be read or is no dictionary, the store then unchanged.
     bool readFile(const std::filesystem::path& file, std::string& error);
     /// From now on every change rewrites `file`; an empty path stops that.
     void setBackingFile(const std::filesystem::path& file);

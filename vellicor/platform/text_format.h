@@ -21,7 +21,8 @@ public:
     template <std::integral I>
         requires(!std::same_as<I, bool> && !std::same_as<I, char>)
     TextArgument(I number) {
-        _text = {_digits, static_cast<std::size_t>(std::to_chars(_digits, _digits + sizeof _digits, number).ptr - _digits)};
+            _text = {_digits,
+                     static_cast<std::size_t>(std::to_chars(_digits, _digits + sizeof _digits, number).ptr - _digits)};
     }
     TextArgument(const TextArgument&) = delete;
     TextArgument& operator=(const TextArgument&) = delete;

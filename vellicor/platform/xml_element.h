@@ -8,8 +8,8 @@
 namespace vellicor {
 
 /// A handle to one element. Copies share the element; the tree lives as long as any handle into it.
-/// Characters that XML 1.0 forbids are dropped from every text, ill-formed UTF-8 becomes U+FFFD; an element or attribute
-/// name that is no XML name loses the characters that may not stand in one.
+/// Characters that XML 1.0 forbids are dropped from every text, ill-formed UTF-8 becomes U+FFFD; an element or
+/// attribute name that is no XML name loses the characters that may not stand in one.
 class XMLElement {
 public:
     /// A new element that is the root of its own tree.
@@ -29,8 +29,8 @@ public:
 
     [[nodiscard]] std::string name() const;
     [[nodiscard]] bool isEmpty() const;
-    /// Pretty-printed with four blanks a level, starting at `depth` levels; ends in a line feed. Elements that hold text
-    /// get no white space inside. `appendText` writes to the end of `out`.
+    /// Pretty-printed with four blanks a level, starting at `depth` levels; ends in a line feed. Elements that hold
+    /// text get no white space inside. `appendText` writes to the end of `out`.
     [[nodiscard]] std::string text(int depth = 0) const;
     void appendText(std::string& out, int depth = 0) const;
 
