@@ -83,6 +83,8 @@ TEST_F(ForeignKey, KeepsItsPairsInOrderAndUndoesEachChange) {
     first->setSourceFromUid(items, key.uid());
     EXPECT_EQ(first->target(), target("id"));
     EXPECT_EQ(first->source(), source("order"));
+    first->setTargetFromUid(orders, "-");
+    EXPECT_EQ(first->target(), nullptr);
 
     key.setTargetTable(nullptr);
     undo->undo();

@@ -4,8 +4,6 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "tests/support/scoped_preference.h"
-#include "vellicor/model/comment.h"
 #include "vellicor/model/container.h"
 #include "vellicor/model/label_manager.h"
 #include "vellicor/model/table.h"
@@ -85,6 +83,7 @@ TEST_F(LabelManager, ListIsUndoableAndAnnounced) {
     EXPECT_THAT(manager.labelList(), ElementsAre(twin, red));
     EXPECT_EQ(announcements, 6);
     EXPECT_EQ(manager.labelMatchingLabel(*red), twin) << "the first of that look";
+    EXPECT_EQ(manager.labelWithUid(red->uid()), red);
 }
 
 TEST_F(LabelManager, FindsByNameAndColourAsTheyAre) {

@@ -284,6 +284,7 @@ TEST(ObjectElements, PropertiesAreSortedAndSomeLeftOut) {
     EXPECT_EQ(object->quoteForXML("a]]>b]]>"), "<![CDATA[a]-]>b]-]>]]>");
     EXPECT_EQ(object->quoteForXML(std::nullopt), "");
     EXPECT_EQ(object->exportToXML(), "<SQLObject />\n");
+    EXPECT_EQ(object->json(), R"({"ClassType":"SQLObject"})");
     EXPECT_THAT(object->description(), MatchesRegex("<SQLObject: 0x[0-9a-f]+> \\(null\\)"));
 }
 

@@ -232,6 +232,23 @@ TEST(Table, FindsTheSameInWideTablesAsAWalkWould) {
     }
 }
 
+TEST(Table, LooksUidsUpAsTheyWereEntered) {
+    auto table = tableWithColumns("t", {"a", "b"});
+    auto *a = table->getField(0), *b = table->getField(1);
+    a->setProperty(keys::uid, "same");
+    b->setUid("same");
+    EXPECT_EQ(table->getFieldByUID("same"), b);
+    table->addUidMapEntryForObject(*a, "other");
+    table->updateUidMapEntryForObject(*a);
+    EXPECT_EQ(table->getFieldByUID("other"), nullptr);
+    a->setProperty(keys::uid, "third");
+    EXPECT_EQ(table->getFieldByUID("third"), a);
+    table->removeUidMapEntryForObject(*a);
+    EXPECT_EQ(table->getFieldByUID("third"), nullptr);
+    table->updateUidMapEntryForObject(*a);
+    EXPECT_EQ(table->getFieldByUID("third"), a);
+}
+
 TEST(Table, ReordersAndUndoes) {
     auto undo = std::make_shared<StandardUndoManager>();
     auto table = tableWithColumns("t", {"a", "b", "c"});
