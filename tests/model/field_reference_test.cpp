@@ -157,11 +157,11 @@ TEST_F(FieldReference, TurnsOldCompoundKeysIntoForeignKeys) {
         for (int times = 0; times < 2; ++times) x->postLoadProcess();
         EXPECT_FALSE(x->getCompoundForeignKey()) << target;
         std::string keys;
-        table("source")->forEachComponent<SQLForeignKey>([&](SQLForeignKey& key) {
-            keys += key.getTestCompareString();
-            EXPECT_EQ(key.targetTable(), table("target"));
+        for (const SQLForeignKey* key : table("source")->foreignKeyObjectsInTable()) {
+            keys += key->getTestCompareString();
+            EXPECT_EQ(key->targetTable(), table("target"));
             EXPECT_EQ(x->getFkField(), nullptr);
-        });
+        }
         EXPECT_EQ(keys, converted) << target;
     }
 }
