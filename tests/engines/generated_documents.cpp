@@ -215,9 +215,7 @@ private:
     }
     std::uint64_t keyAction(bool isNullable) {
         const std::uint64_t code = below(6);
-        const bool isRefused =
-            (code == action::setNull && !isNullable) || (code == action::setDefault && !_traits.hasSetDefault);
-        return isRefused ? action::noAction : code;
+        return code == action::setNull && !isNullable ? action::noAction : code;
     }
 
     // --- views and the document

@@ -24,7 +24,6 @@ struct DocumentTraits {
         bool hasTimeZone = false;
     };
     std::vector<Type> types;
-    bool hasSetDefault = false;  ///< an engine may take a key with SET DEFAULT
     /// A key of a table in a schema may lead to one without. Where schemas are databases, no text says which that is.
     bool keysLeaveSchemas = true;
 };

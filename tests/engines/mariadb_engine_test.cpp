@@ -5,7 +5,7 @@
 #include "tests/engines/classic_refusals.h"
 #include "tests/engines/engine_steps.h"
 #include "tests/engines/generated_documents.h"
-#include "tests/engines/server.h"
+#include "tests/engines/server_fixture.h"
 #include "tests/support/dialect_text.h"
 #include "tests/support/scoped_preference.h"
 #include "vellicor/platform/preference_keys.h"
@@ -37,23 +37,9 @@ const DocumentTraits kTraits{
               {"ENUM('a','b')", {{"a"}}},
               {"YEAR", {{"2024"}}},
               {"DOUBLE", {{"2.5"}}}},
-    .hasSetDefault = true,
     .keysLeaveSchemas = false};
 
-class MariaDBOn : public ::testing::Test {
-protected:
-    static void SetUpTestSuite() { _server = std::make_unique<MariaDBServer>(); }
-    static void TearDownTestSuite() { _server.reset(); }
-    void SetUp() override {
-        if (_server->trouble() == kNotInstalled) GTEST_SKIP() << kNotInstalled << ": no script was run on it";
-        ASSERT_EQ(_server->trouble(), "");
-    }
-    static MariaDBServer& engine() { return *_server; }
-
-private:
-    static constexpr const char* kNotInstalled = "MariaDB is not installed";
-    static inline std::unique_ptr<MariaDBServer> _server;
-};
+class MariaDBOn : public ServerFixture<MariaDBServer> {};
 
 TEST_F(MariaDBOn, ShopKeepsItsRules) { expectExampleOnEngine(engine(), "shop"); }
 TEST_F(MariaDBOn, WarehouseKeepsItsRules) { expectExampleOnEngine(engine(), "warehouse"); }

@@ -20,7 +20,7 @@ MariaDBServer::MariaDBServer() {
     const auto install = program(kFolders, "mariadb-install-db");
     const auto mariadbd = program(kFolders, "mariadbd");
     if (!install || !mariadbd || !program(kFolders, "mariadb")) {
-        setTrouble("MariaDB is not installed");
+        setNotInstalled("MariaDB");
         return;
     }
     const std::string data = "--datadir=" + (folder() / "data").string();

@@ -5,7 +5,7 @@
 #include "tests/engines/classic_refusals.h"
 #include "tests/engines/engine_steps.h"
 #include "tests/engines/generated_documents.h"
-#include "tests/engines/server.h"
+#include "tests/engines/server_fixture.h"
 #include "tests/support/dialect_text.h"
 #include "tests/support/scoped_preference.h"
 #include "vellicor/platform/preference_keys.h"
@@ -38,23 +38,9 @@ const DocumentTraits kTraits{
               {"UUID", {{"00000000-0000-0000-0000-000000000001"}}},
               {"JSONB", {{"{\"a\": \"f(x)\"}"}, {"'[]'::jsonb", true}}, false},
               {"BIT(4)", {{"B'0101'", true}}},
-              {"DOUBLE PRECISION", {{"2.5"}}}},
-    .hasSetDefault = true};
+              {"DOUBLE PRECISION", {{"2.5"}}}}};
 
-class PostgreSQLOn : public ::testing::Test {
-protected:
-    static void SetUpTestSuite() { _server = std::make_unique<PostgresServer>(); }
-    static void TearDownTestSuite() { _server.reset(); }
-    void SetUp() override {
-        if (_server->trouble() == kNotInstalled) GTEST_SKIP() << kNotInstalled << ": no script was run on it";
-        ASSERT_EQ(_server->trouble(), "");
-    }
-    static PostgresServer& engine() { return *_server; }
-
-private:
-    static constexpr const char* kNotInstalled = "PostgreSQL is not installed";
-    static inline std::unique_ptr<PostgresServer> _server;
-};
+class PostgreSQLOn : public ServerFixture<PostgresServer> {};
 
 TEST_F(PostgreSQLOn, ShopKeepsItsRules) { expectExampleOnEngine(engine(), "shop"); }
 TEST_F(PostgreSQLOn, WarehouseKeepsItsRules) { expectExampleOnEngine(engine(), "warehouse"); }

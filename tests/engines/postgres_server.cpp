@@ -36,7 +36,7 @@ PostgresServer::PostgresServer() {
     const auto initdb = program(programFolders(), "initdb");
     const auto postgres = program(programFolders(), "postgres");
     if (!initdb || !postgres || !program(programFolders(), "psql")) {
-        setTrouble("PostgreSQL is not installed");
+        setNotInstalled("PostgreSQL");
         return;
     }
     const std::string data = folder() / "data";

@@ -27,6 +27,7 @@ public:
     Server& operator=(const Server&) = delete;
     /// Why it does not run; empty when it does.
     [[nodiscard]] const std::string& trouble() const { return _trouble; }
+    [[nodiscard]] bool isInstalled() const { return _isInstalled; }
     [[nodiscard]] std::vector<Rows> rows(const std::vector<std::string>& queries) override;
 
 protected:
@@ -38,7 +39,10 @@ protected:
     [[nodiscard]] ProgramRun runProgram(const Words& words, std::string_view input, bool asServer = false);
     /// Makes the data, starts the server and waits until a client is answered. What fails is in `trouble`.
     void start(const Words& setUp, const Words& server, int stopSignal);
-    void setTrouble(std::string trouble) { _trouble = std::move(trouble); }
+    void setNotInstalled(std::string_view product) {
+        _isInstalled = false;
+        _trouble = std::string(product) + " is not installed";
+    }
     /// The client, which reads statements and stops at the first that is refused.
     [[nodiscard]] virtual Words client() const = 0;
     [[nodiscard]] virtual Rows rowsOf(std::string_view output) const = 0;
@@ -48,6 +52,7 @@ private:
 
     TempFolder _folder;
     std::string _trouble;
+    bool _isInstalled = true;
     pid_t _server = -1;
     int _stopSignal = 0;
 };

@@ -31,8 +31,7 @@ const DocumentTraits kTraits{
               {"DATE", {{"2024-02-29"}, {"CURRENT_DATE"}}},
               {"TIMESTAMP", {{"CURRENT_TIMESTAMP", true}, {"current_timestamp"}, {"2024-02-29 12:00:00"}}},
               {"BOOLEAN", {{"true"}, {"FALSE"}, {"1", true}}},
-              {"DOUBLE PRECISION", {{"2.5", true}}}},
-    .hasSetDefault = true};
+              {"DOUBLE PRECISION", {{"2.5", true}}}}};
 
 class SQLiteOn : public ::testing::Test {
 protected:
