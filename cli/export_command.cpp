@@ -6,8 +6,8 @@
 
 #include "cli/commands.h"
 #include "cli/dialect_names.h"
-#include "cli/document_facts.h"
 #include "cli/document_command.h"
+#include "cli/document_facts.h"
 #include "cli/document_input.h"
 #include "cli/document_part.h"
 #include "cli/failure.h"

@@ -4,8 +4,8 @@
 
 #include "cli/commands.h"
 #include "cli/dialect_names.h"
-#include "cli/document_facts.h"
 #include "cli/document_command.h"
+#include "cli/document_facts.h"
 #include "cli/document_input.h"
 #include "cli/output.h"
 #include "cli/preference_settings.h"

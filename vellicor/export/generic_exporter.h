@@ -378,6 +378,8 @@ private:
     void putForeignKeysLast(Statements& statements);
     std::string foreignKeyStatement(SQLConnectable& key);
     void clearNamesInScript(SQLContainer& container);
+    /// A check that the dialect never writes: runnable scripts neither add nor drop it.
+    [[nodiscard]] bool isNeverWritten(const SQLConstraint& constraint) const;
 
     struct ForeignKeyChange {
         std::string drop;  // a statement without separator

@@ -97,14 +97,12 @@ SourceNodePtr GenericSQLExporter::dropSQLConstraintAsNode(SQLConstraint& constra
 }
 
 std::string GenericSQLExporter::dropSQLConstraint(SQLConstraint& constraint) {
-    // A check that the dialect never writes is not there to be dropped.
-    const bool isMissing = writesRunnableScripts() && constraint.isCheckConstraint() && !supportsCheckConstraints();
-    return isMissing ? std::string() : nodeText(dropSQLConstraintAsNode(constraint));
+    return isNeverWritten(constraint) ? std::string() : nodeText(dropSQLConstraintAsNode(constraint));
 }
 
 SourceNodePtr GenericSQLExporter::addSQLConstraintAsNode(SQLConstraint& constraint) {
     auto node = QVSourceNode::node();
-    if (writesRunnableScripts() && constraint.isCheckConstraint() && !supportsCheckConstraints()) return node;
+    if (isNeverWritten(constraint)) return node;
     node->addChildWithValue("ALTER TABLE");
     node->addChildWithValue(canonicalTableName(constraint));
     node->addChildWithValue("ADD");

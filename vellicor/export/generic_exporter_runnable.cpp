@@ -195,6 +195,10 @@ std::string GenericSQLExporter::missingColumnsRemark(SQLTable& table) {
                       : text("/* TABLE %@ - no columns specified */", commentText(getCanonicalName(table)));
 }
 
+bool GenericSQLExporter::isNeverWritten(const SQLConstraint& constraint) const {
+    return writesRunnableScripts() && constraint.isCheckConstraint() && !supportsCheckConstraints();
+}
+
 std::string GenericSQLExporter::indexTypeInScript(SQLIndex& index) {
     const std::string type(trimmed(index.getIndexTypeString()));
     return writesRunnableScripts() && !supportsIndexType(uppercased(type)) ? std::string() : type;
