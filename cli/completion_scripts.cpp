@@ -12,7 +12,7 @@ namespace vellicor::cli {
 namespace {
 
 /// For bash and zsh.
-std::string quoted(std::string_view word) { return text("'%@'", replacingAll(word, "'", "'\\''")); }
+std::string quotedWord(std::string_view word) { return text("'%@'", replacingAll(word, "'", "'\\''")); }
 std::string quotedForFish(std::string_view word) {
     return text("'%@'", replacingAll(replacingAll(word, "\\", "\\\\"), "'", "\\'"));
 }
@@ -52,13 +52,13 @@ std::string filled(std::string_view form, std::string_view word) { return replac
 std::string offer(const CompletionValue& value, const Dialect& shell) {
     if (value.isFile) return std::string(shell.offerFiles);
     std::vector<std::string> words;
-    for (const std::string& choice : value.choices) words.push_back(quoted(choice));
+    for (const std::string& choice : value.choices) words.push_back(quotedWord(choice));
     return words.empty() ? ":" : filled(shell.offerWords, joined(words, " "));
 }
 
 std::string caseLine(const std::vector<std::string>& patterns, const std::string& work, const Dialect& shell) {
     std::vector<std::string> quotedPatterns;
-    for (const std::string& pattern : patterns) quotedPatterns.push_back(quoted(pattern));
+    for (const std::string& pattern : patterns) quotedPatterns.push_back(quotedWord(pattern));
     return text("        %@ %@ ;;\n", filled(shell.casePattern, joined(quotedPatterns, "|")), work);
 }
 
@@ -66,7 +66,7 @@ std::string script(const CompletionCommand& root, const Dialect& shell) {
     std::vector<std::string> names;
     std::string values, options, operands;
     for (const CompletionCommand* command : allCommands(root)) {
-        if (command != &root) names.push_back(quoted(command->name));
+        if (command != &root) names.push_back(quotedWord(command->name));
         std::vector<std::string> words;
         for (const CompletionOption& option : command->options) {
             std::vector<std::string> patterns = dashedNames(option);

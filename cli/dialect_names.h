@@ -6,7 +6,7 @@
 #include <string_view>
 #include <vector>
 
-#include "vellicor/export/forward.h"
+#include "vellicor/model/forward.h"
 
 namespace vellicor {
 class SQLContainer;

@@ -25,7 +25,7 @@ std::string markup(std::string_view raw) {
 }
 
 /// A quoted text in which neither backslashes nor entities mean anything.
-std::string quoted(std::string_view raw) {
+std::string quotedText(std::string_view raw) {
     std::string all = "\"";
     for (const char c : raw) {
         switch (c) {
@@ -60,11 +60,11 @@ std::string end(std::size_t table, const std::vector<std::size_t>& columns) {
 }  // namespace
 
 std::string dotForm(const Diagram& diagram, std::string_view title) {
-    std::string all = text("digraph %@ {\n    graph [rankdir=LR];\n    node [shape=plain];\n", quoted(title));
+    std::string all = text("digraph %@ {\n    graph [rankdir=LR];\n    node [shape=plain];\n", quotedText(title));
     for (std::size_t index = 0; index < diagram.tables.size(); ++index) all += node(diagram.tables[index], index);
     for (const DiagramArrow& arrow : diagram.arrows)
         all += text("    %@ -> %@ [label=%@];\n", end(arrow.from, arrow.fromColumns), end(arrow.to, arrow.toColumns),
-                    quoted(arrow.name));
+                    quotedText(arrow.name));
     return all + "}\n";
 }
 

@@ -17,7 +17,7 @@ bool isLetter(char c) { return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z');
 bool isWordCharacter(char c) { return isLetter(c) || (c >= '0' && c <= '9') || c == '_'; }
 
 /// In double quotes; what is neither letter, digit nor harmless is written by its number.
-std::string quoted(std::string_view raw) {
+std::string quotedText(std::string_view raw) {
     std::string all = "\"";
     for (const char c : raw) {
         const auto byte = static_cast<unsigned char>(c);
@@ -99,7 +99,7 @@ std::string columnLine(const DiagramColumn& column, Words& taken) {
     if (!trimmed(comment).empty()) remarks.emplace_back(trimmed(comment));
     std::string line = text("        %@ %@", type, name);
     if (!keys.empty()) line += " " + joined(keys, ", ");
-    if (!remarks.empty()) line += " " + quoted(joined(remarks, ": "));
+    if (!remarks.empty()) line += " " + quotedText(joined(remarks, ": "));
     return line + "\n";
 }
 
@@ -110,14 +110,14 @@ std::string mermaidForm(const Diagram& diagram) {
     std::string all = "erDiagram\n";
     for (std::size_t index = 0; index < names.size(); ++index) {
         const DiagramTable& table = diagram.tables[index];
-        all += "    " + names[index] + (names[index] == table.name ? "" : "[" + quoted(table.name) + "]") + " {\n";
+        all += "    " + names[index] + (names[index] == table.name ? "" : "[" + quotedText(table.name) + "]") + " {\n";
         Words taken;
         for (const DiagramColumn& column : table.columns) all += columnLine(column, taken);
         all += "    }\n";
     }
     for (const DiagramArrow& arrow : diagram.arrows)
         all += text("    %@ %@--%@ %@ : %@\n", names[arrow.to], arrow.optional ? "|o" : "||",
-                    arrow.single ? "o|" : "o{", names[arrow.from], quoted(arrow.name));
+                    arrow.single ? "o|" : "o{", names[arrow.from], quotedText(arrow.name));
     return all;
 }
 

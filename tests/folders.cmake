@@ -10,6 +10,9 @@ vellicor_tests(util
   sparse_array_test.cpp
   status_log_test.cpp
 )
+vellicor_tests(types
+  data_type_test.cpp
+)
 vellicor_tests(model
   container_document_test.cpp
   container_test.cpp
@@ -18,10 +21,12 @@ vellicor_tests(model
   document_objects_test.cpp
   field_reference_test.cpp
   field_test.cpp
+  foreign_key_graph_test.cpp
   foreign_key_test.cpp
   index_test.cpp
   label_test.cpp
   name_match_test.cpp
+  object_style_test.cpp
   object_test.cpp
   table_test.cpp
 )
@@ -30,13 +35,11 @@ vellicor_tests(plugins
   support_test.cpp
 )
 vellicor_tests(presentation
-  object_style_test.cpp
   visual_theme_test.cpp
 )
 vellicor_tests(export
   alter_test.cpp
   create_script_test.cpp
-  foreign_key_graph_test.cpp
   source_node_test.cpp
 )
 vellicor_tests(fileformat
@@ -47,7 +50,6 @@ vellicor_tests(fileformat
 vellicor_tests(dialects
   answers_test.cpp
   columns_test.cpp
-  data_type_test.cpp
   golden_test.cpp
   mysql_test.cpp
   postgresql_test.cpp

@@ -147,7 +147,7 @@ TEST(DocumentFile, FailuresNameTheFileAndTheRemedy) {
          Kind::NotADocument, "XMLParseException", "&e;"},
     };
     for (const auto& [file, kind, name, reason] : cases)
-        expectFailure([&file] { (void)loadDocument(file); }, kind, name, reason);
+        expectFailure([&file = file] { (void)loadDocument(file); }, kind, name, reason);
     const auto save = [&] { saveDocument(*SQLContainer::newContainer(), folder.path() / "no/such/folder.xml"); };
     expectFailure(save, Kind::CannotWrite, "DocumentWriteException", "folder.xml cannot be written: ");
 }

@@ -5,7 +5,7 @@
 #include "tests/support/document_builder.h"
 #include "tests/support/log_capture.h"
 #include "tests/support/scoped_preference.h"
-#include "vellicor/export/export_dialect.h"
+#include "vellicor/model/export_dialect.h"
 #include "vellicor/model/comment.h"
 #include "vellicor/model/document_info.h"
 #include "vellicor/model/foreign_key.h"

@@ -3,7 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "tests/support/log_capture.h"
-#include "vellicor/export/export_dialect.h"
+#include "vellicor/model/export_dialect.h"
 #include "vellicor/model/comment.h"
 #include "vellicor/model/document_info.h"
 #include "vellicor/model/field.h"

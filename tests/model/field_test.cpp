@@ -8,7 +8,7 @@
 
 #include "tests/support/document_builder.h"
 #include "tests/support/scoped_preference.h"
-#include "vellicor/export/export_dialect.h"
+#include "vellicor/model/export_dialect.h"
 #include "vellicor/model/foreign_key.h"
 #include "vellicor/model/table.h"
 #include "vellicor/platform/preference_keys.h"

@@ -67,7 +67,7 @@ TEST(Text, ComparesWithoutRegardToCase) {
 
 TEST(Text, NamesSortByLettersAndNumbers) {
     const char* sorted[] = {"", "a", "a b", "a2", "a10", "a99999999999999999999", "a100000000000000000000", "ab",
-                            "\xC3\xA9" "c", "order_items", "order1", "orders", "Zed"};
+                            "\xC3\xA9\x63", "order_items", "order1", "orders", "Zed"};
     for (std::size_t i = 0; i + 1 < std::size(sorted); ++i)
         EXPECT_LT(nameSortKey(sorted[i]), nameSortKey(sorted[i + 1])) << sorted[i] << " " << sorted[i + 1];
     EXPECT_EQ(nameSortKey("a007b02"), nameSortKey("A7B2"));

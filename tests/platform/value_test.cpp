@@ -68,7 +68,7 @@ TEST(Json, SaysWhereItFails) {
         {"{\"a\"}", "line 1, column "}, {"\"\xFF\"", "line 1, column "}, {"1 2", "line 1, column "},
     };
     for (const auto& [text, reason] : cases)
-        EXPECT_THAT(failure([&] { (void)valueFromJson(text); }),
+        EXPECT_THAT(failure([&text = text] { (void)valueFromJson(text); }),
                     AllOf(StartsWith("JSONException: "), HasSubstr(reason)));
 }
 

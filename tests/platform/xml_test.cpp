@@ -91,7 +91,7 @@ TEST(XMLEvents, ErrorsHaveANumberWordsAndAPlace) {
         {"<?xml version='1.0' encoding='x-none'?><r/>", 32, 1, 31}, {bomb + "]><r>&a8;</r>", 89, 1, 0},
     };
     for (const auto& [bytes, code, line, column] : cases) {
-        const XMLError error = errorOf([&] { eventsOf(bytes); });
+        const XMLError error = errorOf([&bytes = bytes] { eventsOf(bytes); });
         EXPECT_EQ(error.code(), code) << bytes;
         EXPECT_EQ(error.line(), line) << bytes;
         EXPECT_EQ(error.column(), column ? column : error.column()) << bytes;
@@ -136,7 +136,7 @@ TEST(XMLEvents, BytesNeverReachOutsideThemselves) {
         {"<!DOCTYPE r SYSTEM 'r.dtd'><r>1&inDtd;2</r>", "&inDtd;", ""},
     };
     for (const auto& [bytes, entity, place] : refused)
-        EXPECT_THAT(errorOf([&] { eventsOf(bytes); }).description(), AllOf(HasSubstr(entity), HasSubstr(place)));
+        EXPECT_THAT(errorOf([&bytes = bytes] { eventsOf(bytes); }).description(), AllOf(HasSubstr(entity), HasSubstr(place)));
     // Neither a type declaration nor an entity that nobody refers to hurts.
     EXPECT_EQ(eventsOf("<!DOCTYPE r SYSTEM 'r.dtd' [<!ENTITY e SYSTEM 'x'><!ENTITY i 'in'>]><r>&i;</r>"), "<r>in</r>");
 }

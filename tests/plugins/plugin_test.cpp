@@ -7,7 +7,7 @@
 #include "tests/support/log_capture.h"
 #include "tests/support/scoped_environment.h"
 #include "tests/support/temp_folder.h"
-#include "vellicor/export/export_dialect.h"
+#include "vellicor/model/export_dialect.h"
 #include "vellicor/platform/text_format.h"
 #include "vellicor/plugins/class_registry.h"
 #include "vellicor/plugins/plugin_manager.h"

@@ -5,7 +5,7 @@
 #include <span>
 #include <string_view>
 
-#include "vellicor/export/export_dialect.h"
+#include "vellicor/model/export_dialect.h"
 
 namespace vellicor {
 

@@ -66,14 +66,14 @@ void DialectManager::addDriver(std::string_view driver, std::string_view forExpo
 
 const ExportDialect* DialectManager::recordNamed(std::string_view name) const {
     const std::string wanted = lowercased(name);
-    auto found = std::ranges::find_if(
-        _exporterList, [&](const auto& dialect) { return lowercased(dialect->getName()) == wanted; });
+    auto found = std::ranges::find_if(_exporterList,
+                                      [&](const auto& dialect) { return lowercased(dialect->getName()) == wanted; });
     return found == _exporterList.end() ? nullptr : found->get();
 }
 
 const ExportDialect* DialectManager::recordForDriver(std::string_view driver) const {
-    auto found = std::ranges::find_if(
-        _exporterList, [&](const auto& dialect) { return dialect->exporterSupportsDriver(driver); });
+    auto found = std::ranges::find_if(_exporterList,
+                                      [&](const auto& dialect) { return dialect->exporterSupportsDriver(driver); });
     return found == _exporterList.end() ? nullptr : found->get();
 }
 
@@ -113,6 +113,8 @@ void DialectManager::loadDriverListFromPath(const std::filesystem::path& file) {
 std::shared_ptr<SQLExportDialect> exporterNamed(std::string_view dialect) {
     return DialectManager::getDialectManager().getExporterWithName(dialect);
 }
+
+std::shared_ptr<TypeSizes> typeSizesOfDialect(std::string_view dialect) { return exporterNamed(dialect); }
 
 std::shared_ptr<SQLExportDialect> exporterNamedWithPlugins(std::string_view dialect) {
     return DialectManager::getDialectManager().getExporterWithName(dialect, true);

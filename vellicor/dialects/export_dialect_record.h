@@ -6,7 +6,7 @@
 #include <string_view>
 #include <vector>
 
-#include "vellicor/export/export_dialect.h"
+#include "vellicor/model/export_dialect.h"
 
 namespace vellicor {
 

@@ -1,8 +1,7 @@
 // vellicor/dialects/mysql_alter.cpp — MySQL: alter scripts.
-#include "vellicor/dialects/mysql_exporter.h"
-
 #include <algorithm>
 
+#include "vellicor/dialects/mysql_exporter.h"
 #include "vellicor/model/field.h"
 #include "vellicor/model/foreign_key.h"
 #include "vellicor/model/index.h"
@@ -203,9 +202,8 @@ std::string MySQLExporter::dropIndexOfKey(SQLConnectable& key, std::string_view 
         const bool isIndexed = column.isUnique() || column.getPropertyAsBoolean(keys::indexed);
         isServed |= (isIndexed || (column.getFkField() && &column != &key)) && leads({column.getName()});
     });
-    table->forEachComponent<SQLForeignKey>([&](SQLForeignKey& other) {
-        isServed |= &other != &key && leads(other.sourceFieldNameList());
-    });
+    table->forEachComponent<SQLForeignKey>(
+        [&](SQLForeignKey& other) { isServed |= &other != &key && leads(other.sourceFieldNameList()); });
     return isServed ? std::string() : text(", DROP INDEX %@", quotedName);
 }
 

@@ -135,7 +135,7 @@ private:
     [[nodiscard]] std::string dropIndexOfKey(SQLConnectable& key, std::string_view quotedName);
     [[nodiscard]] bool definitionDiffers(SQLField& field, SQLField& databaseField);
 
-    std::unordered_set<std::string> _fkIndexList;                      // names handed out during one export
+    std::unordered_set<std::string> _fkIndexList;                        // names handed out during one export
     std::unordered_map<std::string, std::size_t> _nextNumberForFkIndex;  // first number to try behind a name
     bool _overrideShouldUseAlterTableForIndex = false;
 };

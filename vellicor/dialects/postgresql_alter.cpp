@@ -1,8 +1,7 @@
 // vellicor/dialects/postgresql_alter.cpp — PostgreSQL: comments as statements, and alter scripts.
-#include "vellicor/dialects/postgresql_exporter.h"
-
 #include <algorithm>
 
+#include "vellicor/dialects/postgresql_exporter.h"
 #include "vellicor/model/field.h"
 #include "vellicor/model/index.h"
 #include "vellicor/model/view.h"

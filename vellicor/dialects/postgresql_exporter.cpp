@@ -25,9 +25,18 @@ constexpr std::string_view kTypesWithSize[] = {"BIT VARYING", "VARBIT", "CHARACT
 /// Classic text drops their sizes, which gives the server types of other sizes.
 constexpr std::string_view kFurtherTypesWithSize[] = {
     "BIT", "BPCHAR", "NCHAR", "NATIONAL CHARACTER", "NATIONAL CHARACTER VARYING", "CHAR VARYING", "DEC", "TIMESTAMPTZ"};
-constexpr std::string_view kTextTypes[] = {
-    "CHARACTER VARYING", "CHARACTER", "VARCHAR", "CHAR", "TEXT", "BPCHAR", "NCHAR", "CITEXT", "NAME",
-    "NATIONAL CHARACTER", "NATIONAL CHARACTER VARYING", "CHAR VARYING"};
+constexpr std::string_view kTextTypes[] = {"CHARACTER VARYING",
+                                           "CHARACTER",
+                                           "VARCHAR",
+                                           "CHAR",
+                                           "TEXT",
+                                           "BPCHAR",
+                                           "NCHAR",
+                                           "CITEXT",
+                                           "NAME",
+                                           "NATIONAL CHARACTER",
+                                           "NATIONAL CHARACTER VARYING",
+                                           "CHAR VARYING"};
 constexpr std::string_view kNumberTypes[] = {
     "SMALLINT", "INTEGER",          "INT",   "BIGINT", "INT2",   "INT4",   "INT8",      "DECIMAL",    "NUMERIC", "DEC",
     "REAL",     "DOUBLE PRECISION", "FLOAT", "FLOAT4", "FLOAT8", "SERIAL", "BIGSERIAL", "SMALLSERIAL"};

@@ -99,11 +99,14 @@ std::string SQLServerExporter::dropPrimaryKeyInstruction(SQLTable& table, const 
     if (!name.empty()) return instruction;
     if (Preferences::shared().boolForKey(prefs::sqlServerFindPKNameForDrop)) {
         return text(
-            "/* (need to discover primary key name first) */\nDECLARE @SQL VARCHAR(4000);\nSET @SQL = 'ALTER TABLE %@ DROP CONSTRAINT |ConstraintName| ;'\nSET @SQL = REPLACE(@SQL, '|ConstraintName|', ( SELECT   name FROM     sysobjects WHERE    xtype = 'PK' AND parent_obj = OBJECT_ID('%@') ));\nEXEC (@SQL)",
+            "/* (need to discover primary key name first) */\nDECLARE @SQL VARCHAR(4000);\nSET @SQL = 'ALTER TABLE %@ "
+            "DROP CONSTRAINT |ConstraintName| ;'\nSET @SQL = REPLACE(@SQL, '|ConstraintName|', ( SELECT   name FROM    "
+            " sysobjects WHERE    xtype = 'PK' AND parent_obj = OBJECT_ID('%@') ));\nEXEC (@SQL)",
             canonicalName, canonicalName);
     }
     return text(
-        "/*[WARNING] Drop primary key contraint instruction requires that constraint name is set for primary key being dropped*/\n/* %@ (primary key)*/",
+        "/*[WARNING] Drop primary key contraint instruction requires that constraint name is set for primary key being "
+        "dropped*/\n/* %@ (primary key)*/",
         commentText(instruction));
 }
 

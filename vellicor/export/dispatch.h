@@ -6,7 +6,8 @@
 #include <string_view>
 #include <type_traits>
 
-#include "vellicor/export/export_dialect.h"
+#include "vellicor/export/forward.h"
+#include "vellicor/model/export_dialect.h"
 #include "vellicor/model/object.h"
 
 namespace vellicor {
@@ -63,9 +64,10 @@ struct ExporterMethod<R (C::*)(A&, More...)> {
 template <auto M>
 constexpr auto operation(std::string_view type) {
     using Method = detail::ExporterMethod<decltype(M)>;
-    return Operation<typename Method::Result>{type, [](GenericSQLExporter& exporter, SQLObject& object) {
-        return (static_cast<typename Method::Class&>(exporter).*M)(dynamic_cast<typename Method::Object&>(object));
-    }};
+    return Operation<typename Method::Result>{
+        type, [](GenericSQLExporter& exporter, SQLObject& object) {
+            return (static_cast<typename Method::Class&>(exporter).*M)(dynamic_cast<typename Method::Object&>(object));
+        }};
 }
 
 /// The same for an object and its table.
@@ -84,11 +86,11 @@ constexpr AlterOperation alterOperation(std::string_view type) {
     using Method = detail::ExporterMethod<decltype(M)>;
     using Object = typename Method::Object;
     return {type, [](GenericSQLExporter& exporter, SQLObject& object, SQLObject& old, SQLObject* extra) {
-        auto* now = dynamic_cast<Object*>(&object);
-        auto* before = dynamic_cast<Object*>(&old);
-        if (!now || !before) return Statements();  // objects of two kinds have no difference in words
-        return (static_cast<typename Method::Class&>(exporter).*M)(*now, *before, extra);
-    }};
+                auto* now = dynamic_cast<Object*>(&object);
+                auto* before = dynamic_cast<Object*>(&old);
+                if (!now || !before) return Statements();  // objects of two kinds have no difference in words
+                return (static_cast<typename Method::Class&>(exporter).*M)(*now, *before, extra);
+            }};
 }
 
 }  // namespace vellicor

@@ -5,13 +5,9 @@
 
 namespace vellicor {
 
-class FKGraphNode;
 class GenericSQLExporter;
 class GenericSQLExporterAppender;
 class QVSourceNode;
-class SQLExportDialect;
-class SQLForeignKeyGraph;
-class SQLForeignKeyObjectGraph;
 
 /// Shared, since nodes move between trees and outlive the list that held them.
 using SourceNodePtr = std::shared_ptr<QVSourceNode>;

@@ -11,11 +11,11 @@
 #include <vector>
 
 #include "vellicor/export/dispatch.h"
-#include "vellicor/export/export_dialect.h"
 #include "vellicor/export/source_node.h"
 #include "vellicor/model/connectable.h"
 #include "vellicor/model/container.h"
 #include "vellicor/model/document_info.h"
+#include "vellicor/model/export_dialect.h"
 #include "vellicor/model/table.h"
 
 namespace vellicor {
@@ -399,18 +399,18 @@ private:
     bool _shouldPrefixIndexNames = false;
     bool _autoQuoteIdentifiersWithWhitespace = false;
     std::int32_t _indentSize = 0;
-    std::unordered_map<std::string, std::unordered_set<std::string>> _indexCache;  // table uid to index names created
-    std::unordered_set<std::string> _namesInScript;                     // scope, line feed, folded name
-    std::unordered_map<std::string, std::size_t> _nextNumbersInScript;  // by the same
+    std::unordered_map<std::string, std::unordered_set<std::string>> _indexCache;   // table uid to index names created
+    std::unordered_set<std::string> _namesInScript;                                 // scope, line feed, folded name
+    std::unordered_map<std::string, std::size_t> _nextNumbersInScript;              // by the same
     std::unordered_map<const SQLTable*, std::vector<SQLTable*>> _referencingByKey;  // while drop statements are made
-    std::unordered_set<std::string> _foreignKeyStatements;              // of the post-load statements being collected
+    std::unordered_set<std::string> _foreignKeyStatements;  // of the post-load statements being collected
     bool _addExplicitDeferrable = false;
     SQLContainer* _exportContainer = nullptr;  // only while an export runs
     std::vector<std::shared_ptr<SQLObject>> _droppedObjects;
     std::vector<std::shared_ptr<SQLObject>> _addedObjects;
     // Keys already dropped, found by identity and kept alive so that no other key takes their address.
     std::unordered_map<const SQLConnectable*, std::shared_ptr<SQLObject>> _droppedForeignKeys;
-    const SQLContainer* _databaseContainer = nullptr;              // only while a run lives
+    const SQLContainer* _databaseContainer = nullptr;             // only while a run lives
     const PrimaryKeyReferences* _primaryKeyReferences = nullptr;  // of that document
 };
 

@@ -272,9 +272,8 @@ SourceNodePtr GenericSQLExporter::alterDropForeignKeysReferencingPrimaryKey(SQLT
 
 SourceNodePtr GenericSQLExporter::primaryKeyConstraintNameGuessWarning(SQLTable& table) {
     if (table.hasProperty(keys::primaryKeyName)) return QVSourceNode::node();
-    const std::string warning =
-        text("Need to modify primary key on table %@ but constraint name not set - guessing %@", table.getName(),
-             primaryKeyConstraintName(table));
+    const std::string warning = text("Need to modify primary key on table %@ but constraint name not set - guessing %@",
+                                     table.getName(), primaryKeyConstraintName(table));
     return QVSourceNode::commentBlockWithStringValue(commentText(warning));
 }
 

@@ -31,12 +31,9 @@ constexpr TextOperation kExport[] = {
     operation<&Generic::exportSQLCanvasArea>("SQLCanvasArea"),
 };
 constexpr TextOperation kDrop[] = {
-    operation<&Generic::dropSQLTable>("SQLTable"),
-    operation<&Generic::dropSQLView>("SQLView"),
-    operation<&Generic::dropSQLField>("SQLField"),
-    operation<&Generic::dropSQLIndex>("SQLIndex"),
-    operation<&Generic::dropSQLConstraint>("SQLConstraint"),
-    operation<&Generic::dropSQLForeignKey>("SQLForeignKey"),
+    operation<&Generic::dropSQLTable>("SQLTable"),           operation<&Generic::dropSQLView>("SQLView"),
+    operation<&Generic::dropSQLField>("SQLField"),           operation<&Generic::dropSQLIndex>("SQLIndex"),
+    operation<&Generic::dropSQLConstraint>("SQLConstraint"), operation<&Generic::dropSQLForeignKey>("SQLForeignKey"),
 };
 constexpr TextOperation kPostLoad[] = {
     operation<&Generic::postLoadSQLContainer>("SQLContainer"),
@@ -66,7 +63,8 @@ constexpr AlterOperation kAlter[] = {
     alterOperation<&Generic::alterSQLTableAsVector>("SQLTable"),
     alterOperation<&Generic::alterSQLViewAsVector>("SQLView"),
     alterOperation<&Generic::alterSQLFieldAsVector>("SQLField"),
-    {"SQLForeignKey", [](Generic& exporter, SQLObject& key, SQLObject& oldKey, SQLObject* extra) {
+    {"SQLForeignKey",
+     [](Generic& exporter, SQLObject& key, SQLObject& oldKey, SQLObject* extra) {
          return exporter.alterSQLForeignKeyAsVector(as<SQLForeignKey>(&key), as<SQLForeignKey>(&oldKey), extra);
      }},
 };

@@ -10,12 +10,18 @@ namespace vellicor {
 namespace {
 
 // Kept: the texts begin with a blank and are words themselves, so two blanks stand between the clauses.
-constexpr std::array<std::string_view, 6> kDeleteActions{
-    "", " ON DELETE CASCADE", " ON DELETE RESTRICT", " ON DELETE SET NULL",
-    " ON DELETE NO ACTION", " ON DELETE SET DEFAULT"};
-constexpr std::array<std::string_view, 6> kUpdateActions{
-    "", " ON UPDATE CASCADE", " ON UPDATE RESTRICT", " ON UPDATE SET NULL",
-    " ON UPDATE NO ACTION", " ON UPDATE SET DEFAULT"};
+constexpr std::array<std::string_view, 6> kDeleteActions{"",
+                                                         " ON DELETE CASCADE",
+                                                         " ON DELETE RESTRICT",
+                                                         " ON DELETE SET NULL",
+                                                         " ON DELETE NO ACTION",
+                                                         " ON DELETE SET DEFAULT"};
+constexpr std::array<std::string_view, 6> kUpdateActions{"",
+                                                         " ON UPDATE CASCADE",
+                                                         " ON UPDATE RESTRICT",
+                                                         " ON UPDATE SET NULL",
+                                                         " ON UPDATE NO ACTION",
+                                                         " ON UPDATE SET DEFAULT"};
 
 }  // namespace
 

@@ -144,7 +144,9 @@ std::string GenericSQLExporter::endedStatement(std::string_view sql) {
 
 void GenericSQLExporter::putViewsLast(SQLContainer::Objects& objects) {
     const auto isView = [](const auto& object) { return as<SQLView>(object.get()) != nullptr; };
-    const auto views = std::ranges::stable_partition(objects, [&](const auto& object) { return !isView(object); });
+    const auto firstView =
+        std::stable_partition(objects.begin(), objects.end(), [&](const auto& object) { return !isView(object); });
+    const SQLContainer::Objects views(firstView, objects.end());
     std::unordered_map<std::string, std::vector<std::size_t>> viewsByName;  // positions behind the first view
     for (std::size_t i = 0; i < views.size(); ++i) {
         const std::string name = as<SQLView>(views[i].get())->getBaseName();
@@ -183,7 +185,7 @@ void GenericSQLExporter::putViewsLast(SQLContainer::Objects& objects) {
             }
         }
     }
-    std::ranges::move(ordered, views.begin());
+    std::move(ordered.begin(), ordered.end(), firstView);
 }
 
 std::string GenericSQLExporter::missingColumnsRemark(SQLTable& table) {
@@ -212,8 +214,8 @@ std::string GenericSQLExporter::foreignKeyStatement(SQLConnectable& key) {
 
 void GenericSQLExporter::putForeignKeysLast(Statements& statements) {
     // A key may need the unique index of a table that comes later.
-    std::ranges::stable_partition(statements,
-                                  [this](const std::string& sql) { return !_foreignKeyStatements.contains(sql); });
+    std::stable_partition(statements.begin(), statements.end(),
+                          [this](const std::string& sql) { return !_foreignKeyStatements.contains(sql); });
     _foreignKeyStatements.clear();
 }
 

@@ -69,9 +69,7 @@ bool QVSourceNode::hasOwnText() const {
     return !_value.empty();
 }
 
-bool QVSourceNode::isVisible() const {
-    return hasOwnText() || std::ranges::any_of(_children, visible);
-}
+bool QVSourceNode::isVisible() const { return hasOwnText() || std::ranges::any_of(_children, visible); }
 
 QVSourceNode::Children QVSourceNode::visibleChildren() const {
     Children result;
@@ -96,7 +94,8 @@ std::vector<const QVSourceNode*> QVSourceNode::flatten() const {
         const QVSourceNode* next = open.back();
         open.pop_back();
         nodes.push_back(next);
-        for (const SourceNodePtr& child : std::views::reverse(next->_children)) open.push_back(child.get());
+        std::transform(next->_children.rbegin(), next->_children.rend(), std::back_inserter(open),
+                       [](const SourceNodePtr& child) { return child.get(); });
     }
     return nodes;
 }

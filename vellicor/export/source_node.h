@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "vellicor/export/forward.h"
+#include "vellicor/model/forward.h"
 #include "vellicor/platform/text.h"
 #include "vellicor/platform/text_format.h"
 
@@ -167,8 +168,21 @@ public:
 
 private:
     enum class Text : std::uint8_t {
-        SpaceBefore, Postfix, Infix, Prefix, SpaceAfterChildren, SpaceBeforeChildren, ElementId, ObjectUid, ChildQuote,
-        Quote, Comment, OpenComment, CloseComment, InfixSpaceAfter, ChildSpaceBefore
+        SpaceBefore,
+        Postfix,
+        Infix,
+        Prefix,
+        SpaceAfterChildren,
+        SpaceBeforeChildren,
+        ElementId,
+        ObjectUid,
+        ChildQuote,
+        Quote,
+        Comment,
+        OpenComment,
+        CloseComment,
+        InfixSpaceAfter,
+        ChildSpaceBefore
     };
     struct RareText {
         Text field;
@@ -177,7 +191,7 @@ private:
     struct Writer;
 
     static std::string_view defaultText(Text field);
-    const std::string* findText(Text field) const;  // under the lock; null when the field has its default
+    const std::string* findText(Text field) const;       // under the lock; null when the field has its default
     void storeText(Text field, std::string_view value);  // under the lock
     std::string rareText(Text field) const;
     void setRareText(Text field, std::string_view value);

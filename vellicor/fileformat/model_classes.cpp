@@ -9,13 +9,13 @@
 #include "vellicor/model/foreign_key.h"
 #include "vellicor/model/index.h"
 #include "vellicor/model/label.h"
+#include "vellicor/model/object_style.h"
 #include "vellicor/model/schema.h"
 #include "vellicor/model/table.h"
 #include "vellicor/model/value_objects.h"
 #include "vellicor/model/view.h"
 #include "vellicor/platform/exception.h"
 #include "vellicor/platform/text_format.h"
-#include "vellicor/presentation/object_style.h"
 
 namespace vellicor {
 
@@ -25,26 +25,71 @@ using Make = std::shared_ptr<Loadable> (*)();
 
 /// A document may create these.
 constexpr const ClassInfo* kImportable[] = {
-    &SQLTable::kClassInfo,      &SQLView::kClassInfo,            &SQLViewEntry::kClassInfo,
-    &SQLField::kClassInfo,      &SQLIndex::kClassInfo,           &SQLIndexEntry::kClassInfo,
-    &SQLConstraint::kClassInfo, &SQLComparisonIndex::kClassInfo, &SQLForeignKey::kClassInfo,
-    &SQLForeignKeyEntry::kClassInfo, &SQLComment::kClassInfo,    &SQLCanvasArea::kClassInfo,
-    &SQLSchema::kClassInfo,     &SQLDocumentInfo::kClassInfo,    &SQLObjectLabel::kClassInfo,
-    &QVObjectStyle::kClassInfo, &SQLPoint::kClassInfo,           &SQLSize::kClassInfo,
+    &SQLTable::kClassInfo,       &SQLView::kClassInfo,
+    &SQLViewEntry::kClassInfo,   &SQLField::kClassInfo,
+    &SQLIndex::kClassInfo,       &SQLIndexEntry::kClassInfo,
+    &SQLConstraint::kClassInfo,  &SQLComparisonIndex::kClassInfo,
+    &SQLForeignKey::kClassInfo,  &SQLForeignKeyEntry::kClassInfo,
+    &SQLComment::kClassInfo,     &SQLCanvasArea::kClassInfo,
+    &SQLSchema::kClassInfo,      &SQLDocumentInfo::kClassInfo,
+    &SQLObjectLabel::kClassInfo, &QVObjectStyle::kClassInfo,
+    &SQLPoint::kClassInfo,       &SQLSize::kClassInfo,
 };
 
 /// Classes of this library that a document may not create; naming one stops the load.
 constexpr std::string_view kRefused[] = {
-    "SQLObject", "SQLObjectPeer", "SQLTableComponent", "SQLValue", "SQLIterator", "SQLNameMatch", "SQLObjectName",
-    "SQLForeignKeyConverter", "SQLConnectableCardinality", "SQLObjectLabelManager", "SQLPrefs", "SQLDataType",
-    "TypeMatchingManager", "SQLTypeReplacer", "SQLDialectManager", "DialectManager", "ExportDialect",
-    "SQLPluginManager", "QVVersionedPluginLoader", "QVFileSystemManager", "QVMutableNotifyingPropertyDictionary",
-    "QVSparseMutableArray", "QVSourceNode", "QVParserElement", "QVStack", "Parser", "XMLExport", "ExporterCommon",
-    "GenericSQLExporterAppender", "SQLExportDialectCommon", "SQLExportDialect", "GenericSQLExporter",
-    "OpenBaseSQLExporter", "SQLiteExporter", "SybaseStyleExporter", "SybaseSQLExporter", "SQLServerExporter",
-    "PostgresqlExporter", "RedshiftExporter", "FilemakerExporter", "MySQLExporter", "MySQLIndexExporter",
-    "OracleSQLExporter", "FKGraphNode", "SQLForeignKeyObjectGraph", "SQLForeignKeyGraph", "QVVisualTheme",
-    "QVVisualThemeLight", "QVVisualThemeDark", "QVVisualThemeDarkContent", "QVStatusLog", "QVStatusEvent",
+    "SQLObject",
+    "SQLObjectPeer",
+    "SQLTableComponent",
+    "SQLValue",
+    "SQLIterator",
+    "SQLNameMatch",
+    "SQLObjectName",
+    "SQLForeignKeyConverter",
+    "SQLConnectableCardinality",
+    "SQLObjectLabelManager",
+    "SQLPrefs",
+    "SQLDataType",
+    "TypeMatchingManager",
+    "SQLTypeReplacer",
+    "SQLDialectManager",
+    "DialectManager",
+    "ExportDialect",
+    "SQLPluginManager",
+    "QVVersionedPluginLoader",
+    "QVFileSystemManager",
+    "QVMutableNotifyingPropertyDictionary",
+    "QVSparseMutableArray",
+    "QVSourceNode",
+    "QVParserElement",
+    "QVStack",
+    "Parser",
+    "XMLExport",
+    "ExporterCommon",
+    "GenericSQLExporterAppender",
+    "SQLExportDialectCommon",
+    "SQLExportDialect",
+    "GenericSQLExporter",
+    "OpenBaseSQLExporter",
+    "SQLiteExporter",
+    "SybaseStyleExporter",
+    "SybaseSQLExporter",
+    "SQLServerExporter",
+    "PostgresqlExporter",
+    "RedshiftExporter",
+    "FilemakerExporter",
+    "MySQLExporter",
+    "MySQLIndexExporter",
+    "OracleSQLExporter",
+    "FKGraphNode",
+    "SQLForeignKeyObjectGraph",
+    "SQLForeignKeyGraph",
+    "QVVisualTheme",
+    "QVVisualThemeLight",
+    "QVVisualThemeDark",
+    "QVVisualThemeDarkContent",
+    "QVStatusLog",
+    "QVStatusEvent",
     "ProgressWatcher",
 };
 

@@ -69,10 +69,10 @@ private:
     void setSafePropertyFromElement(std::string_view name, const QVParserElement& curObject, QVParserElement& curNode);
 
     Stack _stack;
-    std::vector<Element> _retired;        // entries to use again, a few
-    SQLContainer* _container = nullptr;   // what is filled, while a parse runs; null for a detached object
-    bool _recovering = false;             // the second attempt runs
-    bool _usesSafeSetter = false;         // in this parse
+    std::vector<Element> _retired;       // entries to use again, a few
+    SQLContainer* _container = nullptr;  // what is filled, while a parse runs; null for a detached object
+    bool _recovering = false;            // the second attempt runs
+    bool _usesSafeSetter = false;        // in this parse
     bool _forceSafePropertySetter = false;
 };
 

@@ -3,11 +3,11 @@
 #include "vellicor/model/container.h"
 #include "vellicor/model/foreign_key.h"
 #include "vellicor/model/index.h"
+#include "vellicor/model/object_style.h"
 #include "vellicor/model/table.h"
 #include "vellicor/model/value_objects.h"
 #include "vellicor/platform/log.h"
 #include "vellicor/platform/text_format.h"
-#include "vellicor/presentation/object_style.h"
 
 namespace vellicor {
 

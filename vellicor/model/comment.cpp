@@ -1,7 +1,7 @@
 // vellicor/model/comment.cpp — text notes on the canvas, framed areas, and their form in documents.
 #include "vellicor/model/comment.h"
 
-#include "vellicor/fileformat/xml_export.h"
+#include "vellicor/platform/xml_export.h"
 
 namespace vellicor {
 

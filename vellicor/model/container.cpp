@@ -5,10 +5,10 @@
 #include <limits>
 #include <utility>
 
-#include "vellicor/export/foreign_key_graph.h"
 #include "vellicor/model/comment.h"
 #include "vellicor/model/document_info.h"
 #include "vellicor/model/field.h"
+#include "vellicor/model/foreign_key_graph.h"
 #include "vellicor/model/label.h"
 #include "vellicor/model/label_manager.h"
 #include "vellicor/model/schema.h"

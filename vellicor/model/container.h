@@ -9,7 +9,7 @@
 #include <unordered_set>
 #include <vector>
 
-#include "vellicor/export/forward.h"
+#include "vellicor/model/forward.h"
 #include "vellicor/model/name_match.h"
 #include "vellicor/model/name_scope.h"
 #include "vellicor/model/object_list.h"
@@ -319,7 +319,7 @@ private:
     std::shared_ptr<void> _scriptContainerSpecifier;
     std::shared_ptr<SQLObjectLabelManager> _objectLabelManager;
     std::shared_ptr<SQLExportDialect> _dialectExporter;
-    std::unique_ptr<GuestWatch> _guests;  // listed objects that another document, or none, holds
+    std::unique_ptr<GuestWatch> _guests;                  // listed objects that another document, or none, holds
     std::vector<std::weak_ptr<SQLObjectPeer>> _departed;  // left a scratch document with their reference to it
 };
 

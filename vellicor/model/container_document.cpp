@@ -1,7 +1,6 @@
 // vellicor/model/container_document.cpp — the document as XML and JSON; copies and archives.
 #include <algorithm>
 
-#include "vellicor/fileformat/xml_export.h"
 #include "vellicor/model/archive_reading.h"
 #include "vellicor/model/container.h"
 #include "vellicor/model/document_info.h"
@@ -12,6 +11,7 @@
 #include "vellicor/platform/preference_keys.h"
 #include "vellicor/platform/preferences.h"
 #include "vellicor/platform/text_format.h"
+#include "vellicor/platform/xml_export.h"
 
 namespace vellicor {
 

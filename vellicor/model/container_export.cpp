@@ -1,7 +1,7 @@
 // vellicor/model/container_export.cpp — the document's dialect, and its scripts.
-#include "vellicor/export/export_dialect.h"
 #include "vellicor/model/container.h"
 #include "vellicor/model/document_info.h"
+#include "vellicor/model/export_dialect.h"
 #include "vellicor/model/exporter_source.h"
 #include "vellicor/model/table.h"
 #include "vellicor/platform/exception.h"

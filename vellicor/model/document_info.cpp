@@ -1,11 +1,11 @@
 // vellicor/model/document_info.cpp — a document's settings and their form in documents.
 #include "vellicor/model/document_info.h"
 
-#include "vellicor/fileformat/xml_export.h"
 #include "vellicor/model/container.h"
 #include "vellicor/platform/base64.h"
 #include "vellicor/platform/main_thread.h"
 #include "vellicor/platform/notifications.h"
+#include "vellicor/platform/xml_export.h"
 
 namespace vellicor {
 

@@ -1,9 +1,9 @@
 // vellicor/model/field.cpp — a column: its making and end, flags, default value, names and cardinalities.
 #include "vellicor/model/field.h"
 
-#include "vellicor/export/foreign_key_graph.h"
 #include "vellicor/model/container.h"
 #include "vellicor/model/foreign_key.h"
+#include "vellicor/model/foreign_key_graph.h"
 #include "vellicor/model/table.h"
 #include "vellicor/platform/preference_keys.h"
 #include "vellicor/platform/preferences.h"
@@ -36,10 +36,10 @@ std::shared_ptr<SQLField> SQLField::initWithName(const OptionalText& name, const
 }
 
 const SQLField::UndoProperties& SQLField::undoProperties() {
-    static const UndoProperties keys{keys::unsigned_,     keys::zeroFill,          keys::noQuoteDefault,
-                                     keys::timezone,      keys::indexed,           keys::fieldCharacterSet,
-                                     keys::fieldCollation, keys::onUpdateFieldValue, keys::objectComment,
-                                     keys::hidden,        keys::connectorHidden};
+    static const UndoProperties keys{
+        keys::unsigned_,         keys::zeroFill,       keys::noQuoteDefault,     keys::timezone,      keys::indexed,
+        keys::fieldCharacterSet, keys::fieldCollation, keys::onUpdateFieldValue, keys::objectComment, keys::hidden,
+        keys::connectorHidden};
     return keys;
 }
 

@@ -1,10 +1,10 @@
 // vellicor/model/field_document.cpp — a column in documents: reading, writing, JSON, copying; its plain SQL.
 #include <algorithm>
 
-#include "vellicor/fileformat/xml_export.h"
 #include "vellicor/model/field.h"
 #include "vellicor/model/table.h"
 #include "vellicor/platform/text_format.h"
+#include "vellicor/platform/xml_export.h"
 
 namespace vellicor {
 
@@ -109,9 +109,16 @@ std::shared_ptr<SQLObject> SQLField::copyWithZone(void* zone) const {
 // --- reading
 
 void SQLField::setSafePropertyValue(const LoadedValue& value, std::string_view key) {
-    static constexpr std::string_view kOwn[] = {
-        "type",            "deleteAction",    "updateAction",       "sourceCardinality",  "destinationCardinality",
-        "referencesField", "referencesTable", "referencesTableUID", "referencesFieldUID", "referenceDependentField"};
+    static constexpr std::string_view kOwn[] = {"type",
+                                                "deleteAction",
+                                                "updateAction",
+                                                "sourceCardinality",
+                                                "destinationCardinality",
+                                                "referencesField",
+                                                "referencesTable",
+                                                "referencesTableUID",
+                                                "referencesFieldUID",
+                                                "referenceDependentField"};
     if (key == "autoIncrement" || key == "primaryKey") {
         // Kept: flags are read as texts of properties are, not by the rule for flags in documents.
         if (value.object) return;
@@ -164,6 +171,6 @@ constexpr Setter kSetters[] = {
 }  // namespace
 
 constinit const ClassInfo SQLField::kClassInfo{"SQLField", &SQLTableComponent::kClassInfo, kSetters,
-                                              makeLoadable<SQLField>};
+                                               makeLoadable<SQLField>};
 
 }  // namespace vellicor

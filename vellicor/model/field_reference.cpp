@@ -1,9 +1,9 @@
 // vellicor/model/field_reference.cpp — a column's reference to another column: by name, by uid, resolved.
 #include <unordered_set>
 
-#include "vellicor/export/foreign_key_graph.h"
 #include "vellicor/model/container.h"
 #include "vellicor/model/field.h"
+#include "vellicor/model/foreign_key_graph.h"
 #include "vellicor/model/table.h"
 #include "vellicor/platform/exception.h"
 #include "vellicor/platform/log.h"
@@ -84,15 +84,13 @@ OptionalText SQLField::referenceInformationString() {
         if (!field || visited.contains(field)) return "unknown";
     }
     switch (field->foreignKeyMode()) {
-        case ForeignKeyMode::Single:
-            return field->getReferences();
+        case ForeignKeyMode::Single: return field->getReferences();
         case ForeignKeyMode::Compound: {
             const OptionalText table = field->getReferencesTable();
             return text("[Compound Key] %@(%@)", table ? OptionalText(trimmed(*table)) : std::nullopt,
                         joined(field->getCompoundKeyVector(), ", "));
         }
-        default:
-            return std::nullopt;
+        default: return std::nullopt;
     }
 }
 

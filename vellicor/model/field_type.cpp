@@ -1,20 +1,20 @@
 // vellicor/model/field_type.cpp — a column's type and size, and the types that references force on it.
-#include "vellicor/dialects/data_type.h"
-#include "vellicor/dialects/type_matching.h"
-#include "vellicor/export/export_dialect.h"
-#include "vellicor/export/foreign_key_graph.h"
 #include "vellicor/model/container.h"
+#include "vellicor/model/export_dialect.h"
 #include "vellicor/model/field.h"
+#include "vellicor/model/foreign_key_graph.h"
 #include "vellicor/platform/preference_keys.h"
 #include "vellicor/platform/preferences.h"
 #include "vellicor/platform/text_format.h"
+#include "vellicor/types/data_type.h"
+#include "vellicor/types/type_matching.h"
 
 namespace vellicor {
 
 namespace {
 
 SQLDataType parsed(std::string_view type) {
-    return SQLDataType::dataTypeWithString(type, static_cast<SQLExportDialect*>(nullptr));
+    return SQLDataType::dataTypeWithString(type, static_cast<TypeSizes*>(nullptr));
 }
 
 }  // namespace

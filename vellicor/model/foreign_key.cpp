@@ -3,8 +3,8 @@
 
 #include <algorithm>
 
-#include "vellicor/export/foreign_key_graph.h"
 #include "vellicor/model/field.h"
+#include "vellicor/model/foreign_key_graph.h"
 #include "vellicor/model/table.h"
 #include "vellicor/platform/log.h"
 #include "vellicor/platform/text_format.h"

@@ -2,13 +2,13 @@
 #include <algorithm>
 #include <unordered_set>
 
-#include "vellicor/fileformat/xml_export.h"
 #include "vellicor/model/field.h"
 #include "vellicor/model/foreign_key.h"
 #include "vellicor/model/table.h"
 #include "vellicor/platform/exception.h"
 #include "vellicor/platform/log.h"
 #include "vellicor/platform/text_format.h"
+#include "vellicor/platform/xml_export.h"
 
 namespace vellicor {
 
@@ -102,8 +102,8 @@ void SQLForeignKey::updateImplicitPrimaryKeyTargetEntries() {
     const SQLTable* table = targetTable();
     const std::vector<std::string> primaryKey = table ? table->primaryKeyList() : std::vector<std::string>();
     const Entries entries = fieldPairs();
-    const bool allWithoutTarget = std::ranges::none_of(
-        entries, [](const auto& entry) { return entry->hasProperty(keys::targetFieldName); });
+    const bool allWithoutTarget =
+        std::ranges::none_of(entries, [](const auto& entry) { return entry->hasProperty(keys::targetFieldName); });
     if (!allWithoutTarget || entries.size() != primaryKey.size()) {
         log(text("[WARN] foreign key %@ does not have a matching number of entries", getName()));
         return;
@@ -198,9 +198,8 @@ XMLElement SQLForeignKey::exportToXMLNode(const XMLElement* parent) const {
         for (const auto& entry : *pairs) {
             const XMLElement element = node.addElement("SQLForeignKeyEntry");
             element.addTextElement(keys::entryIndex, text("%d", position++));
-            visitColumns(*entry, [&](std::string_view key, const std::string& text) {
-                element.addCDataElement(key, text);
-            });
+            visitColumns(*entry,
+                         [&](std::string_view key, const std::string& text) { element.addCDataElement(key, text); });
         }
     }
     exportPropertiesToXMLNode(node);

@@ -33,6 +33,10 @@ class SQLSchema;
 class SQLObjectLabel;
 class SQLObjectLabelManager;
 class QVObjectStyle;
+class FKGraphNode;
+class SQLForeignKeyGraph;
+class SQLForeignKeyObjectGraph;
+class SQLExportDialect;
 
 /// Makes an object in two steps: construction, then the virtual `init`, so that overrides run. Every object of the
 /// model is made this way.

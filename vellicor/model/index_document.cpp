@@ -3,7 +3,6 @@
 #include <limits>
 #include <utility>
 
-#include "vellicor/fileformat/xml_export.h"
 #include "vellicor/model/field.h"
 #include "vellicor/model/index.h"
 #include "vellicor/model/table.h"
@@ -12,6 +11,7 @@
 #include "vellicor/platform/preference_keys.h"
 #include "vellicor/platform/preferences.h"
 #include "vellicor/platform/text_format.h"
+#include "vellicor/platform/xml_export.h"
 
 namespace vellicor {
 
@@ -221,7 +221,7 @@ constexpr Setter kSetters[] = {
 const ClassInfo SQLIndexEntry::kClassInfo{"SQLIndexEntry", &SQLObject::kClassInfo, kEntrySetters,
                                           makeLoadable<SQLIndexEntry>};
 const ClassInfo SQLIndex::kClassInfo{"SQLIndex", &SQLTableComponent::kClassInfo, kSetters, makeLoadable<SQLIndex>};
-const ClassInfo SQLComparisonIndex::kClassInfo{"SQLComparisonIndex", &SQLIndex::kClassInfo, {},
-                                               makeLoadable<SQLComparisonIndex>};
+const ClassInfo SQLComparisonIndex::kClassInfo{
+    "SQLComparisonIndex", &SQLIndex::kClassInfo, {}, makeLoadable<SQLComparisonIndex>};
 
 }  // namespace vellicor

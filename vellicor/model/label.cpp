@@ -1,8 +1,8 @@
 // vellicor/model/label.cpp — one label.
 #include "vellicor/model/label.h"
 
-#include "vellicor/fileformat/xml_export.h"
 #include "vellicor/platform/text_format.h"
+#include "vellicor/platform/xml_export.h"
 
 namespace vellicor {
 
@@ -71,12 +71,9 @@ void SQLObjectLabel::identityDidChange() {
 namespace {
 
 constexpr Setter kSetters[] = {
-    setter<&SQLObjectLabel::setColorString>("colorString"),
-    setter<&SQLObjectLabel::setHidden>("hidden"),
-    setter<&SQLObjectLabel::setIsHidden>("isHidden"),
-    setter<&SQLObjectLabel::setExpanded>("expanded"),
-    setter<&SQLObjectLabel::setIsExpanded>("isExpanded"),
-    setter<&SQLObjectLabel::setIsDefault>("isDefault"),
+    setter<&SQLObjectLabel::setColorString>("colorString"), setter<&SQLObjectLabel::setHidden>("hidden"),
+    setter<&SQLObjectLabel::setIsHidden>("isHidden"),       setter<&SQLObjectLabel::setExpanded>("expanded"),
+    setter<&SQLObjectLabel::setIsExpanded>("isExpanded"),   setter<&SQLObjectLabel::setIsDefault>("isDefault"),
 };
 
 }  // namespace

@@ -111,13 +111,13 @@ void SQLObject::removeUndoableProperty(std::optional<std::string_view> key) {
 void SQLObject::propertyWillChange(std::string_view key, const PropertyValue* current, const PropertyValue* /*next*/) {
     const UndoProperties& undoable = classUndoProperties();
     if (std::find(undoable.begin(), undoable.end(), key) == undoable.end() || !undoManager()) return;
-    registerUndo(this, [key = std::string(key),
-                        current = current ? std::optional(*current) : std::nullopt](SQLObject& self) {
-        if (current)
-            self.setProperty(key, current);
-        else
-            self.removeProperty(key);
-    });
+    registerUndo(this,
+                 [key = std::string(key), current = current ? std::optional(*current) : std::nullopt](SQLObject& self) {
+                     if (current)
+                         self.setProperty(key, current);
+                     else
+                         self.removeProperty(key);
+                 });
 }
 
 const SQLObject::UndoProperties& SQLObject::undoProperties() {

@@ -87,9 +87,7 @@ Value SQLObject::propertiesAsJson() const {
 
 std::string SQLObject::description() const { return text("%@ %@", runtimeDescription(), _name); }
 
-std::string SQLObject::runtimeDescription() const {
-    return text("<%@: %p>", classInfo().name, addressText(this));
-}
+std::string SQLObject::runtimeDescription() const { return text("<%@: %p>", classInfo().name, addressText(this)); }
 
 std::shared_ptr<SQLObject> SQLObject::copyWithZone(void* /*zone*/) const {
     std::shared_ptr<SQLObject> copy = newInstance();

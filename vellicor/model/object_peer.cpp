@@ -4,7 +4,7 @@
 #include <array>
 
 #include "vellicor/model/container.h"
-#include "vellicor/presentation/object_style.h"
+#include "vellicor/model/object_style.h"
 
 namespace vellicor {
 

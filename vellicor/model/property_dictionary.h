@@ -81,7 +81,7 @@ private:
     SQLObject* _owner;
     mutable Guarded<PropertyMap> _map;
     mutable bool _uidPromised = false;  // guarded by the map's lock
-    KeyObserverList _observers;  // guarded by the map's lock
+    KeyObserverList _observers;         // guarded by the map's lock
 };
 
 }  // namespace vellicor

@@ -132,8 +132,8 @@ public:
     [[nodiscard]] std::string getFieldNameListString() const;
     /// Without enclosing quote characters; see the source for lone ones.
     [[nodiscard]] static std::string unquotedName(const OptionalText& name);
-    [[nodiscard]] static bool tableComponentNameMatchesString(const SQLTableComponent& component,
-                                                              std::string_view name, bool caseInsensitive);
+    [[nodiscard]] static bool tableComponentNameMatchesString(const SQLTableComponent& component, std::string_view name,
+                                                              bool caseInsensitive);
     /// Columns with a resolved reference.
     [[nodiscard]] Fields foreignKeyFieldsInTable() const;
     /// Foreign keys with a target table.

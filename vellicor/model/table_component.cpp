@@ -1,8 +1,7 @@
 // vellicor/model/table_component.cpp — the common base of everything that stands inside a table.
 #include "vellicor/model/table_component.h"
 
-#include "vellicor/export/export_dialect.h"
-#include "vellicor/fileformat/xml_export.h"
+#include "vellicor/model/export_dialect.h"
 #include "vellicor/model/label.h"
 #include "vellicor/model/label_manager.h"
 #include "vellicor/model/table.h"
@@ -10,6 +9,7 @@
 #include "vellicor/platform/preference_keys.h"
 #include "vellicor/platform/preferences.h"
 #include "vellicor/platform/text_format.h"
+#include "vellicor/platform/xml_export.h"
 
 namespace vellicor {
 
@@ -147,6 +147,6 @@ constexpr Setter kSetters[] = {
 }  // namespace
 
 constinit const ClassInfo SQLTableComponent::kClassInfo{"SQLTableComponent", &SQLObjectPeer::kClassInfo, kSetters,
-                                                       nullptr};
+                                                        nullptr};
 
 }  // namespace vellicor

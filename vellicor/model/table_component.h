@@ -1,7 +1,7 @@
 // vellicor/model/table_component.h — what stands inside a table: columns, indexes, constraints, keys, view rows.
 #pragma once
 
-#include "vellicor/export/forward.h"
+#include "vellicor/model/forward.h"
 #include "vellicor/model/object_peer.h"
 
 namespace vellicor {

@@ -1,8 +1,7 @@
 // vellicor/model/table_document.cpp — a table in documents: reading, writing, JSON, copying; its SQL.
 #include <algorithm>
 
-#include "vellicor/export/export_dialect.h"
-#include "vellicor/fileformat/xml_export.h"
+#include "vellicor/model/export_dialect.h"
 #include "vellicor/model/exporter_source.h"
 #include "vellicor/model/field.h"
 #include "vellicor/model/foreign_key.h"
@@ -12,6 +11,7 @@
 #include "vellicor/platform/preference_keys.h"
 #include "vellicor/platform/preferences.h"
 #include "vellicor/platform/text_format.h"
+#include "vellicor/platform/xml_export.h"
 
 namespace vellicor {
 
@@ -121,7 +121,8 @@ constexpr Setter kSetters[] = {
     setter<&SQLTable::setSchema>("schema"),
     setter<&SQLTable::setSchemaName>("schemaName"),
     setter<&SQLTable::setSchemaDisplayName>("schemaDisplayName"),
-    {"baseName", [](Loadable& target, const LoadedValue& value) {
+    {"baseName",
+     [](Loadable& target, const LoadedValue& value) {
          if (!value.object) dynamic_cast<SQLTable&>(target).setBaseName(value.text);
      }},
     setter<static_cast<SetText>(&SQLTable::setFullyQualifiedName)>("fullyQualifiedName"),
@@ -137,6 +138,6 @@ constexpr Setter kSetters[] = {
 }  // namespace
 
 constinit const ClassInfo SQLTable::kClassInfo{"SQLTable", &SQLObjectPeer::kClassInfo, kSetters,
-                                              makeLoadable<SQLTable>};
+                                               makeLoadable<SQLTable>};
 
 }  // namespace vellicor

@@ -1,9 +1,9 @@
 // vellicor/model/view.cpp — a view: its query, the parts of the query, its rows, and its form in documents.
 #include "vellicor/model/view.h"
 
-#include "vellicor/fileformat/xml_export.h"
 #include "vellicor/platform/log.h"
 #include "vellicor/platform/text_format.h"
+#include "vellicor/platform/xml_export.h"
 
 namespace vellicor {
 

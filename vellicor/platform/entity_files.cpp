@@ -7,8 +7,8 @@
 #include <algorithm>
 #include <system_error>
 
-#include "vellicor/platform/files.h"
 #include "vellicor/platform/file_descriptor.h"
+#include "vellicor/platform/files.h"
 
 namespace vellicor {
 

@@ -40,9 +40,7 @@ int writeAll(int descriptor, std::string_view bytes) {
 }
 
 /// 0, or the errno of the failure; a pipe or device that cannot be synchronised needs no synchronising.
-int synchronise(int descriptor) {
-    return ::fsync(descriptor) == 0 || errno == EINVAL || errno == ENOTSUP ? 0 : errno;
-}
+int synchronise(int descriptor) { return ::fsync(descriptor) == 0 || errno == EINVAL || errno == ENOTSUP ? 0 : errno; }
 
 std::filesystem::path folderOf(const std::filesystem::path& file) {
     return file.has_parent_path() ? file.parent_path() : std::filesystem::path(".");

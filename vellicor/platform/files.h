@@ -30,7 +30,7 @@ public:
 private:
     std::filesystem::path _target;
     std::filesystem::path _temporary;  // empty until created and after it was renamed or removed
-    std::string _buffer;  // written, but not yet handed to the system
+    std::string _buffer;               // written, but not yet handed to the system
     int _descriptor = -1;
     int _failure = 0;  // errno of the first failure; 0 when none
 };

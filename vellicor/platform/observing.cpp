@@ -13,9 +13,8 @@ struct KeyObserverList::Registrations {
     std::vector<Entry> entries;
 
     std::vector<Entry>::iterator find(const KeyObserver& observer, std::string_view key) {
-        return std::find_if(entries.begin(), entries.end(), [&](const Entry& entry) {
-            return entry.first == &observer && entry.second == key;
-        });
+        return std::find_if(entries.begin(), entries.end(),
+                            [&](const Entry& entry) { return entry.first == &observer && entry.second == key; });
     }
 
     /// Tells everybody who observes `key`, except those who were removed by an observer told before them.

@@ -96,8 +96,8 @@ RegularExpression::RegularExpression(std::string_view pattern) : _compiled(std::
     _compiled->pattern.reset(icu::RegexPattern::compile(units, 0, place, status));
     if (U_SUCCESS(status)) return;
     _compiled->pattern.reset();
-    _compiled->error = text("%@ at line %d, offset %d of the pattern %@", u_errorName(status), place.line, place.offset,
-                            pattern);
+    _compiled->error =
+        text("%@ at line %d, offset %d of the pattern %@", u_errorName(status), place.line, place.offset, pattern);
 }
 
 RegularExpression::~RegularExpression() = default;

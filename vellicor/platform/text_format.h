@@ -19,10 +19,9 @@ public:
     TextArgument(const char* text) : _text(text ? std::string_view(text) : kNull) {}
     TextArgument(const std::optional<std::string>& text) : _text(text ? std::string_view(*text) : kNull) {}
     template <std::integral I>
-        requires(!std::same_as<I, bool> && !std::same_as<I, char>)
-    TextArgument(I number) {
-            _text = {_digits,
-                     static_cast<std::size_t>(std::to_chars(_digits, _digits + sizeof _digits, number).ptr - _digits)};
+    requires(!std::same_as<I, bool> && !std::same_as<I, char>) TextArgument(I number) {
+        _text = {_digits,
+                 static_cast<std::size_t>(std::to_chars(_digits, _digits + sizeof _digits, number).ptr - _digits)};
     }
     TextArgument(const TextArgument&) = delete;
     TextArgument& operator=(const TextArgument&) = delete;

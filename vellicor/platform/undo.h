@@ -74,8 +74,8 @@ private:
 
     std::vector<Group> _undoStack;
     std::vector<Group> _redoStack;
-    Group _open;             // the group being recorded
-    int _groupingDepth = 0;  // explicit nesting; 0 outside any group
+    Group _open;                     // the group being recorded
+    int _groupingDepth = 0;          // explicit nesting; 0 outside any group
     bool _newestIsUnsealed = false;  // the newest group to undo is one registration and may still be named
     Mode _mode = Mode::Recording;
 };

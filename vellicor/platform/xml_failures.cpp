@@ -60,9 +60,10 @@ XMLError invalidToken(XML_Parser parser) {
     if (XML_GetErrorByteIndex(parser) == 0) return xmlErrorAt(parser, 4, kFailures[0].description);
     Surroundings around = surroundings(parser);
     if (around.before == '<' || around.before == '&') {
-        return xmlErrorAt(parser, 68, text("No name follows %@: a plain %@ in text is written %@",
-                                           around.before == '<' ? "\"<\"" : "\"&\"", around.before == '<' ? "<" : "&",
-                                           around.before == '<' ? "&lt;" : "&amp;"));
+        return xmlErrorAt(
+            parser, 68,
+            text("No name follows %@: a plain %@ in text is written %@", around.before == '<' ? "\"<\"" : "\"&\"",
+                 around.before == '<' ? "<" : "&", around.before == '<' ? "&lt;" : "&amp;"));
     }
     auto byte = around.rest.empty() ? 0 : static_cast<unsigned char>(around.rest.front());
     if (byte < 0x20 || byte >= 0x7F)

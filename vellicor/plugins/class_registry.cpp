@@ -54,9 +54,7 @@ void ClassRegistry::registerManagerClass(std::string_view name, ManagerClass mak
     registerClass(name, std::move(make));
 }
 
-std::shared_ptr<SQLPlugin> ClassRegistry::makePlugin(std::string_view name) {
-    return makeInstance<PluginClass>(name);
-}
+std::shared_ptr<SQLPlugin> ClassRegistry::makePlugin(std::string_view name) { return makeInstance<PluginClass>(name); }
 
 std::unique_ptr<SQLPluginManager> ClassRegistry::makeManager(std::string_view name) {
     return makeInstance<ManagerClass>(name);

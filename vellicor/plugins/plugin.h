@@ -8,7 +8,6 @@
 #include <variant>
 #include <vector>
 
-#include "vellicor/export/forward.h"
 #include "vellicor/model/forward.h"
 #include "vellicor/platform/value.h"
 

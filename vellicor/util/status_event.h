@@ -35,9 +35,9 @@ public:
     template <std::floating_point Number>
     StatusProblem(Number number) : StatusProblem(Value::real(number)) {}
     template <class Object>
-        requires requires(const Object& object) {
-            { object.stringValue() } -> std::convertible_to<std::string>;
-        }
+    requires requires(const Object& object) {
+        { object.stringValue() } -> std::convertible_to<std::string>;
+    }
     StatusProblem(const Object& object) : _text(object.stringValue()) {}
 
     [[nodiscard]] const std::string& text() const { return _text; }

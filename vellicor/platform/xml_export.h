@@ -1,4 +1,4 @@
-// vellicor/fileformat/xml_export.h — elements as documents hold them.
+// vellicor/platform/xml_export.h — elements as documents hold them.
 #pragma once
 
 #include <string_view>

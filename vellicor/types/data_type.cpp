@@ -1,23 +1,21 @@
-// vellicor/dialects/data_type.cpp — splitting type texts.
-#include "vellicor/dialects/data_type.h"
+// vellicor/types/data_type.cpp — splitting type texts.
+#include "vellicor/types/data_type.h"
 
 #include <utility>
 
-#include "vellicor/export/export_dialect.h"
-#include "vellicor/model/exporter_source.h"
 #include "vellicor/platform/text_format.h"
 
 namespace vellicor {
 
 namespace {
 
-std::string requiredSize(SQLExportDialect* dialect, const std::string& baseType) {
+std::string requiredSize(TypeSizes* dialect, const std::string& baseType) {
     return dialect ? dialect->requiredSizeForType(baseType).value_or("") : "";
 }
 
 }  // namespace
 
-SQLDataType SQLDataType::dataTypeWithString(std::string_view type, SQLExportDialect* dialect) {
+SQLDataType SQLDataType::dataTypeWithString(std::string_view type, TypeSizes* dialect) {
     return initWithString(type, "", dialect);
 }
 
@@ -25,7 +23,7 @@ SQLDataType SQLDataType::dataTypeWithString(std::string_view type, std::string_v
     return initWithString(type, "", dialectName);
 }
 
-SQLDataType SQLDataType::dataTypeWithString(std::string_view type, std::string_view size, SQLExportDialect* dialect) {
+SQLDataType SQLDataType::dataTypeWithString(std::string_view type, std::string_view size, TypeSizes* dialect) {
     return initWithString(type, size, dialect);
 }
 
@@ -34,7 +32,7 @@ SQLDataType SQLDataType::dataTypeWithString(std::string_view type, std::string_v
     return initWithString(type, size, dialectName);
 }
 
-SQLDataType SQLDataType::initWithString(std::string_view type, std::string_view size, SQLExportDialect* dialect) {
+SQLDataType SQLDataType::initWithString(std::string_view type, std::string_view size, TypeSizes* dialect) {
     SQLDataType made;
     made.setFromType(type, size, dialect);
     return made;
@@ -97,8 +95,7 @@ SQLDataType::Parts SQLDataType::parseTypeStringB(std::string_view type) const {
                 element += c;
                 state = State::Quoted;
                 break;
-            case State::Done:
-                break;
+            case State::Done: break;
         }
     }
     Parts parts{std::move(base), std::move(size), std::nullopt};
@@ -109,18 +106,18 @@ SQLDataType::Parts SQLDataType::parseTypeStringB(std::string_view type) const {
     return parts;
 }
 
-void SQLDataType::setFromType(std::string_view type, SQLExportDialect* dialect) { setFromType(type, "", dialect); }
+void SQLDataType::setFromType(std::string_view type, TypeSizes* dialect) { setFromType(type, "", dialect); }
 
 void SQLDataType::setFromType(std::string_view type, std::string_view dialectName) {
     setFromType(type, "", dialectName);
 }
 
-void SQLDataType::setFromType(std::string_view type, std::string_view size, SQLExportDialect* dialect) {
+void SQLDataType::setFromType(std::string_view type, std::string_view size, TypeSizes* dialect) {
     if (!takeSize(type, size)) _typeSize = requiredSize(dialect, _baseType);
 }
 
 void SQLDataType::setFromType(std::string_view type, std::string_view size, std::string_view dialectName) {
-    if (!takeSize(type, size)) _typeSize = requiredSize(exporterNamed(dialectName).get(), _baseType);
+    if (!takeSize(type, size)) _typeSize = requiredSize(typeSizesOfDialect(dialectName).get(), _baseType);
 }
 
 /// Takes the base type, and the size when the text or the argument gives one; false when the dialect has to.

@@ -1,4 +1,4 @@
-// vellicor/dialects/data_type.h — a column type split into its base and its size.
+// vellicor/types/data_type.h — a column type split into its base and its size.
 #pragma once
 
 #include <optional>
@@ -6,8 +6,8 @@
 #include <string_view>
 #include <vector>
 
-#include "vellicor/export/forward.h"
 #include "vellicor/platform/text.h"
+#include "vellicor/types/type_sizes.h"
 
 namespace vellicor {
 
@@ -17,11 +17,11 @@ class SQLDataType {
 public:
     SQLDataType() = default;
     virtual ~SQLDataType() = default;
-    static SQLDataType dataTypeWithString(std::string_view type, SQLExportDialect* dialect);
+    static SQLDataType dataTypeWithString(std::string_view type, TypeSizes* dialect);
     static SQLDataType dataTypeWithString(std::string_view type, std::string_view dialectName);
-    static SQLDataType dataTypeWithString(std::string_view type, std::string_view size, SQLExportDialect* dialect);
+    static SQLDataType dataTypeWithString(std::string_view type, std::string_view size, TypeSizes* dialect);
     static SQLDataType dataTypeWithString(std::string_view type, std::string_view size, std::string_view dialectName);
-    static SQLDataType initWithString(std::string_view type, std::string_view size, SQLExportDialect* dialect);
+    static SQLDataType initWithString(std::string_view type, std::string_view size, TypeSizes* dialect);
     static SQLDataType initWithString(std::string_view type, std::string_view size, std::string_view dialectName);
 
     /// The parts of a type text such as "decimal(10,2)" or "enum('a','b')".
@@ -36,11 +36,11 @@ public:
     [[nodiscard]] virtual Parts parseTypeStringB(std::string_view type) const;
 
     /// As the sized forms, with an empty size.
-    void setFromType(std::string_view type, SQLExportDialect* dialect);
+    void setFromType(std::string_view type, TypeSizes* dialect);
     void setFromType(std::string_view type, std::string_view dialectName);
     /// Takes both parts from the type text. The size in the text wins even when it is empty; only when parsing gives
     /// none at all does `size` count, and when that is empty the size that the dialect requires for the base type.
-    void setFromType(std::string_view type, std::string_view size, SQLExportDialect* dialect);
+    void setFromType(std::string_view type, std::string_view size, TypeSizes* dialect);
     void setFromType(std::string_view type, std::string_view size, std::string_view dialectName);
 
     [[nodiscard]] const std::string& baseType() const { return _baseType; }

@@ -1,4 +1,4 @@
-// vellicor/dialects/type_matching.h — which type names count as equivalent when a design is compared with a database.
+// vellicor/types/type_matching.h — which type names count as equivalent when a design is compared with a database.
 #pragma once
 
 #include <functional>

@@ -1,10 +1,10 @@
-// tests/presentation/object_style_test.cpp — fonts of objects: inheritance, writing, reading, copying.
+// tests/model/object_style_test.cpp — fonts of objects: inheritance, writing, reading, copying.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include "tests/support/log_capture.h"
 #include "vellicor/model/object_peer.h"
-#include "vellicor/presentation/object_style.h"
+#include "vellicor/model/object_style.h"
 
 namespace vellicor {
 namespace {

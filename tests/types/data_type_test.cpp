@@ -1,13 +1,13 @@
-// tests/dialects/data_type_test.cpp — type texts, equivalent types, types renamed across a document.
-#include "vellicor/dialects/data_type.h"
+// tests/types/data_type_test.cpp — type texts, equivalent types, types renamed across a document.
+#include "vellicor/types/data_type.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include "tests/support/document_builder.h"
-#include "vellicor/dialects/type_matching.h"
+#include "vellicor/types/type_matching.h"
 #include "vellicor/dialects/type_replacer.h"
-#include "vellicor/export/export_dialect.h"
+#include "vellicor/model/export_dialect.h"
 
 namespace vellicor {
 namespace {

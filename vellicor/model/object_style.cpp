@@ -1,5 +1,5 @@
-// vellicor/presentation/object_style.cpp — fonts of one object, inherited, written and read.
-#include "vellicor/presentation/object_style.h"
+// vellicor/model/object_style.cpp — fonts of one object, inherited, written and read.
+#include "vellicor/model/object_style.h"
 
 #include <algorithm>
 #include <array>

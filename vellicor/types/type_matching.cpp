@@ -1,5 +1,5 @@
-// vellicor/dialects/type_matching.cpp — equivalent type names.
-#include "vellicor/dialects/type_matching.h"
+// vellicor/types/type_matching.cpp — equivalent type names.
+#include "vellicor/types/type_matching.h"
 
 #include <algorithm>
 

@@ -1,5 +1,5 @@
-// tests/export/foreign_key_graph_test.cpp — which type a chain of references gives its columns.
-#include "vellicor/export/foreign_key_graph.h"
+// tests/model/foreign_key_graph_test.cpp — which type a chain of references gives its columns.
+#include "vellicor/model/foreign_key_graph.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

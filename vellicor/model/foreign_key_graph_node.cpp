@@ -1,9 +1,9 @@
-// vellicor/export/foreign_key_graph_node.cpp — one column in a reference tree, and lists of them.
+// vellicor/model/foreign_key_graph_node.cpp — one column in a reference tree, and lists of them.
 #include <deque>
 #include <unordered_set>
 
-#include "vellicor/export/foreign_key_graph.h"
 #include "vellicor/model/field.h"
+#include "vellicor/model/foreign_key_graph.h"
 #include "vellicor/platform/text_format.h"
 
 namespace vellicor {

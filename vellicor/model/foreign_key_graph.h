@@ -1,4 +1,4 @@
-// vellicor/export/foreign_key_graph.h — which type a column must have: that of the root of its references.
+// vellicor/model/foreign_key_graph.h — which type a column must have: that of the root of its references.
 #pragma once
 
 #include <memory>
@@ -7,7 +7,6 @@
 #include <unordered_map>
 #include <vector>
 
-#include "vellicor/export/forward.h"
 #include "vellicor/model/forward.h"
 #include "vellicor/platform/text.h"
 #include "vellicor/platform/weak_ref.h"

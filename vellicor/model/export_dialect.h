@@ -1,4 +1,4 @@
-// vellicor/export/export_dialect.h — the root of all exporters: the set of operations, with neutral answers.
+// vellicor/model/export_dialect.h — the root of all exporters: the set of operations, with neutral answers.
 #pragma once
 
 #include <memory>
@@ -6,9 +6,9 @@
 #include <string_view>
 #include <vector>
 
-#include "vellicor/export/forward.h"
 #include "vellicor/model/forward.h"
 #include "vellicor/platform/text.h"
+#include "vellicor/types/type_sizes.h"
 
 namespace vellicor {
 
@@ -25,9 +25,8 @@ public:
 
 /// Writes SQL for one dialect. Operations answer text or statements; the empty text means that nothing is written.
 /// None throws.
-class SQLExportDialect : public std::enable_shared_from_this<SQLExportDialect> {
+class SQLExportDialect : public std::enable_shared_from_this<SQLExportDialect>, public TypeSizes {
 public:
-    virtual ~SQLExportDialect() = default;
     virtual void init() {}
     /// A fresh exporter of the same class.
     [[nodiscard]] virtual std::shared_ptr<SQLExportDialect> newInstance() const;
@@ -59,8 +58,6 @@ public:
     virtual void setCurrentExporter(std::shared_ptr<SQLExportDialect>) {}
     virtual std::string dropSQLIndex(SQLIndex&) { return {}; }
     virtual std::string dropSQLField(SQLField&) { return {}; }
-    /// The size that a type must carry; null when it needs none.
-    [[nodiscard]] virtual OptionalText requiredSizeForType(std::string_view /*type*/) { return std::nullopt; }
     /// Either side may be missing, not both.
     virtual Statements alterSQLForeignKeyAsVector(SQLForeignKey*, SQLForeignKey*, SQLObject* /*extra*/) { return {}; }
     virtual Statements postLoadAsVector(SQLObject&, SQLTable&) { return {}; }

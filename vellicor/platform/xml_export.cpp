@@ -1,5 +1,5 @@
-// vellicor/fileformat/xml_export.cpp — elements as documents hold them.
-#include "vellicor/fileformat/xml_export.h"
+// vellicor/platform/xml_export.cpp — elements as documents hold them.
+#include "vellicor/platform/xml_export.h"
 
 namespace vellicor {
 

@@ -1,4 +1,4 @@
-// vellicor/presentation/object_style.h — the fonts that one model object carries.
+// vellicor/model/object_style.h — the fonts that one model object carries.
 #pragma once
 
 #include <map>

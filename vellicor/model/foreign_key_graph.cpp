@@ -1,5 +1,5 @@
-// vellicor/export/foreign_key_graph.cpp — a document's forest of reference trees.
-#include "vellicor/export/foreign_key_graph.h"
+// vellicor/model/foreign_key_graph.cpp — a document's forest of reference trees.
+#include "vellicor/model/foreign_key_graph.h"
 
 #include "vellicor/model/field.h"
 #include "vellicor/platform/exception.h"
@@ -53,7 +53,7 @@ void SQLForeignKeyObjectGraph::attach(const FKGraphNode::Ptr& node, SQLField& ta
     }
     if (FKGraphNode* parent = node->parent()) parent->removeChild(*node);
     if (targetNode == node || targetNode->root() == node.get()) return;  // it would close a cycle: stays detached
-    targetNode->addChild(node);  // Kept: a former root stays listed as a tree
+    targetNode->addChild(node);                                          // Kept: a former root stays listed as a tree
 }
 
 void SQLForeignKeyObjectGraph::detach(const FKGraphNode::Ptr& node, const SQLField* field) {

@@ -1,8 +1,8 @@
-// vellicor/export/foreign_key_graph_flat.cpp — reference trees as plain lists of columns.
+// vellicor/model/foreign_key_graph_flat.cpp — reference trees as plain lists of columns.
 #include <algorithm>
 
-#include "vellicor/export/foreign_key_graph.h"
 #include "vellicor/model/field.h"
+#include "vellicor/model/foreign_key_graph.h"
 #include "vellicor/platform/log.h"
 #include "vellicor/platform/text_format.h"
 
@@ -58,9 +58,8 @@ void SQLForeignKeyGraph::updateForeignKey(SQLField* field) {
         others->push_back(shared(field));
     } else {
         const Subgraph dependents = dependendentFields(field);
-        std::erase_if(*own, [&](const Column& column) {
-            return column.get() == field || holds(dependents, column.get());
-        });
+        std::erase_if(*own,
+                      [&](const Column& column) { return column.get() == field || holds(dependents, column.get()); });
         // Kept: the column stands behind its dependents in a list it joins, before them in one of its own.
         if (others) {
             others->insert(others->end(), dependents.begin(), dependents.end());
