@@ -50,7 +50,11 @@ void addPartOptions(CLI::App& command, PartOptions& options) {
 }
 
 CLI::Option* addDocument(CLI::App& command, std::string& document) {
-    return command.add_option("DOC", document, "design document, or - for standard input")
+    return addDocument(command, document, "DOC", "design document, or - for standard input");
+}
+
+CLI::Option* addDocument(CLI::App& command, std::string& document, const char* name, const char* description) {
+    return command.add_option(name, document, description)
         ->type_name(kDocumentType)
         ->required();
 }

@@ -59,5 +59,6 @@ void addPreferenceOptions(CLI::App& command, PreferenceOptions& options);
 CLI::Option* addConfigOption(CLI::App& command, std::string& file);
 void addPartOptions(CLI::App& command, PartOptions& options);
 CLI::Option* addDocument(CLI::App& command, std::string& document);
+CLI::Option* addDocument(CLI::App& command, std::string& document, const char* name, const char* description);
 
 }  // namespace vellicor::cli

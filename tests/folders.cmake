@@ -59,6 +59,7 @@ vellicor_tests(dialects
 if(TARGET vellicor_tool)
   vellicor_tests(cli
     convert_test.cpp
+    diff_test.cpp
     tool_test.cpp
   )
   # The program that the README shows.

@@ -371,7 +371,7 @@ TEST(ToolHelp, ExplainsEveryCommandAndOption) {
     ToolRun tool;
     const std::string help = tool({"--help"}).out;
     EXPECT_THAT(tool({"--version"}).out, ::testing::MatchesRegex("vellicor [0-9]+\\.[0-9]+\\.[0-9]+\n"));
-    for (const char* command : {"export", "info", "convert", "dialects", "prefs", "completion", "help"}) {
+    for (const char* command : {"export", "diff", "info", "convert", "dialects", "prefs", "completion", "help"}) {
         EXPECT_THAT(help, HasSubstr(std::string("\n  ") + command + " "));
         EXPECT_EQ(tool({"help", command}).out, tool({command, "--help"}).out);
     }
