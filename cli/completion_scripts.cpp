@@ -36,7 +36,7 @@ CompletionValue operandsOf(const CompletionCommand& command) {
 }
 
 /// The shells of one family differ only in how they offer words and files, and in the words of their language.
-struct Dialect {
+struct ShellDialect {
     std::string_view begin;       // up to the list of commands, in the test whether a word leads to one
     std::string_view afterNames;  // from there to the cases of option values
     std::string_view afterValues;
@@ -49,20 +49,20 @@ struct Dialect {
 
 std::string filled(std::string_view form, std::string_view word) { return replacingAll(form, "@", word); }
 
-std::string offer(const CompletionValue& value, const Dialect& shell) {
+std::string offer(const CompletionValue& value, const ShellDialect& shell) {
     if (value.isFile) return std::string(shell.offerFiles);
     std::vector<std::string> words;
     for (const std::string& choice : value.choices) words.push_back(quotedWord(choice));
     return words.empty() ? ":" : filled(shell.offerWords, joined(words, " "));
 }
 
-std::string caseLine(const std::vector<std::string>& patterns, const std::string& work, const Dialect& shell) {
+std::string caseLine(const std::vector<std::string>& patterns, const std::string& work, const ShellDialect& shell) {
     std::vector<std::string> quotedPatterns;
     for (const std::string& pattern : patterns) quotedPatterns.push_back(quotedWord(pattern));
     return text("        %@ %@ ;;\n", filled(shell.casePattern, joined(quotedPatterns, "|")), work);
 }
 
-std::string script(const CompletionCommand& root, const Dialect& shell) {
+std::string completionScript(const CompletionCommand& root, const ShellDialect& shell) {
     std::vector<std::string> names;
     std::string values, options, operands;
     for (const CompletionCommand* command : allCommands(root)) {
@@ -90,7 +90,7 @@ std::string script(const CompletionCommand& root, const Dialect& shell) {
     return all;
 }
 
-constexpr Dialect kBash{
+constexpr ShellDialect kBash{
     .begin = R"bash(# Completions of vellicor for bash; load them with: source <(vellicor completion bash)
 _vellicor_words() {
     local choice
@@ -127,7 +127,7 @@ complete -F _vellicor vellicor
     .casePattern = "@)",
 };
 
-constexpr Dialect kZsh{
+constexpr ShellDialect kZsh{
     .begin = R"(#compdef vellicor
 # Completions of vellicor for zsh; load them with: source <(vellicor completion zsh)
 _vellicor() {
@@ -172,9 +172,9 @@ std::string fishValue(const CompletionValue& value) {
 
 }  // namespace
 
-std::string bashCompletion(const CompletionCommand& root) { return script(root, kBash); }
+std::string bashCompletion(const CompletionCommand& root) { return completionScript(root, kBash); }
 
-std::string zshCompletion(const CompletionCommand& root) { return script(root, kZsh); }
+std::string zshCompletion(const CompletionCommand& root) { return completionScript(root, kZsh); }
 
 std::string fishCompletion(const CompletionCommand& root) {
     std::vector<std::string> names;

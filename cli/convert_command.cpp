@@ -77,7 +77,7 @@ const Form& chosenForm(const ConvertOptions& options) {
                                 joined(formNames(), ", ")));
 }
 
-ExitCode run(const ConvertOptions& options, Messages& messages) {
+ExitCode convert(const ConvertOptions& options, Messages& messages) {
     messages.steps().setCount(2);  // reading and converting
     applyPreferences(options.preferences, messages);
     const Form& form = chosenForm(options);
@@ -108,7 +108,7 @@ void addConvertCommand(CLI::App& app, Session& session) {
     command.add_option("--to", options->form, "form of the output; by its extension when not given")
         ->check(CLI::IsMember(formNames()));
     addPartOptions(command, options->part);
-    completeDocumentCommand(command, session, options, run);
+    completeDocumentCommand(command, session, options, convert);
 }
 
 }  // namespace vellicor::cli

@@ -40,7 +40,7 @@ constexpr Capability kCapabilities[] = {
     {"updateViews", "replacing views", [](GenericSQLExporter& e) { return e.canUpdateViewWithStandardCommand(); }},
 };
 
-struct Dialect {
+struct KnownDialect {
     std::string name;
     std::shared_ptr<SQLExportDialect> exporter;  // null for the type of a plug-in that has none
     std::vector<std::string> drivers;
@@ -48,8 +48,8 @@ struct Dialect {
     [[nodiscard]] GenericSQLExporter* generic() const { return as<GenericSQLExporter>(exporter.get()); }
 };
 
-std::vector<Dialect> allDialects() {
-    std::vector<Dialect> dialects;
+std::vector<KnownDialect> allDialects() {
+    std::vector<KnownDialect> dialects;
     const DialectManager::Records& records = DialectManager::getDialectManager().exporterList();
     for (const auto& record : records)
         dialects.push_back({record->getName(), record->getExporter(), record->driverClassPathList()});
@@ -59,7 +59,7 @@ std::vector<Dialect> allDialects() {
     return dialects;
 }
 
-std::string dialectText(const Dialect& dialect) {
+std::string dialectText(const KnownDialect& dialect) {
     std::vector<std::string> capabilities;
     if (GenericSQLExporter* exporter = dialect.generic())
         for (const Capability& capability : kCapabilities)
@@ -71,7 +71,7 @@ std::string dialectText(const Dialect& dialect) {
                 capabilities.empty() ? "unknown" : joined(capabilities, ", "));
 }
 
-Value::Map dialectJson(const Dialect& dialect) {
+Value::Map dialectJson(const KnownDialect& dialect) {
     Value::Map capabilities;
     if (GenericSQLExporter* exporter = dialect.generic()) {
         for (const Capability& capability : kCapabilities)
@@ -87,14 +87,14 @@ Value::Map dialectJson(const Dialect& dialect) {
             {"capabilities", std::move(capabilities)}};
 }
 
-ExitCode run(const ReportOptions& report) {
+ExitCode listDialects(const ReportOptions& report) {
     if (report.json) {
         Value::List list;
-        for (const Dialect& dialect : allDialects()) list.push_back(dialectJson(dialect));
+        for (const KnownDialect& dialect : allDialects()) list.push_back(dialectJson(dialect));
         writeJson({{"dialects", std::move(list)}});
     } else {
         std::string all;
-        for (const Dialect& dialect : allDialects()) all += dialectText(dialect);
+        for (const KnownDialect& dialect : allDialects()) all += dialectText(dialect);
         Output::standard().write(all);
     }
     return kDone;
@@ -107,7 +107,7 @@ void addDialectsCommand(CLI::App& app, Session& session) {
     CLI::App& command =
         *app.add_subcommand("dialects", "list the dialects, their database drivers and what they can do");
     addJsonOption(command, *report);
-    command.callback([report, &session] { session.choose(*report, [report] { return run(*report); }); });
+    command.callback([report, &session] { session.choose(*report, [report] { return listDialects(*report); }); });
 }
 
 }  // namespace vellicor::cli

@@ -100,7 +100,7 @@ std::string script(const Document& document, const std::string& dialect, const E
     return container.exportToSQL(*exporter);
 }
 
-ExitCode run(const ExportOptions& options, Messages& messages) {
+ExitCode exportDocument(const ExportOptions& options, Messages& messages) {
     messages.steps().setCount(2);  // reading and exporting
     applyPreferences(options.preferences, messages);
     applyFlags(options);
@@ -145,7 +145,7 @@ void addExportCommand(CLI::App& app, Session& session) {
     command.add_flag("--honor-ignore", options->honorIgnore, "leave out what the document marks as not to be exported");
     command.add_flag("--classic", options->classic, "the classic text, even where the database would refuse it");
     addPartOptions(command, options->part);
-    completeDocumentCommand(command, session, options, run);
+    completeDocumentCommand(command, session, options, exportDocument);
 }
 
 }  // namespace vellicor::cli

@@ -117,7 +117,7 @@ Value::Map factsJson(const Document& document, const Facts& facts, const Message
             {"events", messages.events()}};
 }
 
-ExitCode run(const InfoOptions& options, Messages& messages) {
+ExitCode showFacts(const InfoOptions& options, Messages& messages) {
     applyPreferences(options.preferences, messages);
     const Document document = readDocument(options.document, messages);
     const Facts facts = factsOf(document, messages);
@@ -136,7 +136,7 @@ void addInfoCommand(CLI::App& app, Session& session) {
     CLI::App& command =
         *app.add_subcommand("info", "show what a document holds: counts, dialect, versions, schemas, labels");
     addDocument(command, options->document);
-    completeDocumentCommand(command, session, options, run);
+    completeDocumentCommand(command, session, options, showFacts);
 }
 
 }  // namespace vellicor::cli

@@ -14,16 +14,16 @@ namespace {
 using Words = std::unordered_set<std::string>;
 
 bool isLetter(char c) { return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z'); }
-bool isWordCharacter(char c) { return isLetter(c) || (c >= '0' && c <= '9') || c == '_'; }
+bool isNameCharacter(char c) { return isLetter(c) || (c >= '0' && c <= '9') || c == '_'; }
 
 /// In double quotes; what is neither letter, digit nor harmless is written by its number.
-std::string quotedText(std::string_view raw) {
+std::string mermaidText(std::string_view raw) {
     std::string all = "\"";
     for (const char c : raw) {
         const auto byte = static_cast<unsigned char>(c);
         if (byte < 0x20)
             all += ' ';
-        else if (byte >= 0x80 || isWordCharacter(c) || std::string_view(" .,:()/-+=").find(c) != std::string_view::npos)
+        else if (byte >= 0x80 || isNameCharacter(c) || std::string_view(" .,:()/-+=").find(c) != std::string_view::npos)
             all += c;
         else
             all += text("#%d;", static_cast<int>(byte));
@@ -35,7 +35,7 @@ std::string quotedText(std::string_view raw) {
 std::string word(std::string_view raw, std::string_view ifEmpty) {
     std::string all;
     for (const char c : raw) {
-        if (isWordCharacter(c))
+        if (isNameCharacter(c))
             all += c;
         else if (!all.empty() && all.back() != '_')
             all += '_';
@@ -67,7 +67,7 @@ bool isPlainName(std::string_view name) {
     static constexpr std::string_view kReserved[] = {
         "erdiagram", "title", "acctitle", "accdescr", "direction", "style",      "class", "classdef",
         "one",       "many",  "zero",     "only",     "to",        "optionally", "u",     "o"};
-    return !name.empty() && isLetter(name.front()) && std::ranges::all_of(name, isWordCharacter) &&
+    return !name.empty() && isLetter(name.front()) && std::ranges::all_of(name, isNameCharacter) &&
            std::ranges::none_of(kReserved,
                                 [name](std::string_view reserved) { return equalIgnoringCase(name, reserved); });
 }
@@ -99,7 +99,7 @@ std::string columnLine(const DiagramColumn& column, Words& taken) {
     if (!trimmed(comment).empty()) remarks.emplace_back(trimmed(comment));
     std::string line = text("        %@ %@", type, name);
     if (!keys.empty()) line += " " + joined(keys, ", ");
-    if (!remarks.empty()) line += " " + quotedText(joined(remarks, ": "));
+    if (!remarks.empty()) line += " " + mermaidText(joined(remarks, ": "));
     return line + "\n";
 }
 
@@ -110,14 +110,14 @@ std::string mermaidForm(const Diagram& diagram) {
     std::string all = "erDiagram\n";
     for (std::size_t index = 0; index < names.size(); ++index) {
         const DiagramTable& table = diagram.tables[index];
-        all += "    " + names[index] + (names[index] == table.name ? "" : "[" + quotedText(table.name) + "]") + " {\n";
+        all += "    " + names[index] + (names[index] == table.name ? "" : "[" + mermaidText(table.name) + "]") + " {\n";
         Words taken;
         for (const DiagramColumn& column : table.columns) all += columnLine(column, taken);
         all += "    }\n";
     }
     for (const DiagramArrow& arrow : diagram.arrows)
         all += text("    %@ %@--%@ %@ : %@\n", names[arrow.to], arrow.optional ? "|o" : "||",
-                    arrow.single ? "o|" : "o{", names[arrow.from], quotedText(arrow.name));
+                    arrow.single ? "o|" : "o{", names[arrow.from], mermaidText(arrow.name));
     return all;
 }
 

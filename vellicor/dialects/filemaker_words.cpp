@@ -5,7 +5,7 @@ namespace vellicor {
 
 namespace {
 
-constexpr std::string_view kWords[] = {
+constexpr std::string_view kFileMakerWords[] = {
     "ABSOLUTE", "ACTION", "ADD", "ALL", "ALLOCATE", "ALTER", "AND", "ANY", "ARE", "AS", "ASC", "ASSERTION", "AT",
     "AUTHORIZATION", "AVG", "BEGIN", "BETWEEN", "BINARY", "BIT", "BIT_LENGTH", "BLOB", "BOOLEAN", "BOTH", "BY",
     "CASCADE", "CASCADED", "CASE", "CAST", "CATALOG", "CHAR", "CHARACTER", "CHARACTER_LENGTH", "CHAR_LENGTH",
@@ -34,6 +34,6 @@ constexpr std::string_view kWords[] = {
 
 }  // namespace
 
-std::span<const std::string_view> FilemakerExporter::reservedWords() const { return kWords; }
+std::span<const std::string_view> FilemakerExporter::reservedWords() const { return kFileMakerWords; }
 
 }  // namespace vellicor

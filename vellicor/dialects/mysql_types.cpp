@@ -1,7 +1,6 @@
 // vellicor/dialects/mysql_types.cpp — MySQL: what its types are and take.
-#include <algorithm>
-
 #include "vellicor/dialects/mysql_exporter.h"
+#include "vellicor/dialects/word_list.h"
 #include "vellicor/model/field.h"
 #include "vellicor/platform/text_format.h"
 
@@ -9,41 +8,39 @@ namespace vellicor {
 
 namespace {
 
-using Words = std::span<const std::string_view>;
-
 constexpr std::string_view kStringTypes[] = {"CHAR", "VARCHAR",  "BINARY",    "VARBINARY",  "BLOB",       "ENUM",
                                              "SET",  "BLOB",     "TINYBLOB",  "SHORTBLOB",  "MEDIUMBLOB", "LONGBLOB",
                                              "TEXT", "TINYTEXT", "SHORTTEXT", "MEDIUMTEXT", "LONGTEXT"};
 constexpr std::string_view kOtherQuotableTypes[] = {"ENUM", "SET", "DATE", "DATETIME", "TIME"};
-constexpr std::string_view kTypesWithSize[] = {"BIT",    "TINYINT", "SMALLINT", "MEDIUMINT", "INT",     "INTEGER",
-                                               "BIGINT", "REAL",    "DOUBLE",   "FLOAT",     "DECIMAL", "NUMERIC",
-                                               "CHAR",   "VARCHAR", "BINARY",   "VARBINARY"};
+constexpr std::string_view kMySqlTypesWithSize[] = {"BIT",    "TINYINT", "SMALLINT", "MEDIUMINT", "INT",     "INTEGER",
+                                                    "BIGINT", "REAL",    "DOUBLE",   "FLOAT",     "DECIMAL", "NUMERIC",
+                                                    "CHAR",   "VARCHAR", "BINARY",   "VARBINARY"};
 constexpr std::string_view kTypesWithEntries[] = {"SET", "ENUM"};
-constexpr std::string_view kTypesWithoutSize[] = {"LONGTEXT",   "MEDIUMTEXT", "TEXT",     "TINYTEXT", "LONGBLOB",
-                                                  "MEDIUMBLOB", "BLOB",       "TINYBLOB", "DATE",     "YEAR"};
+constexpr std::string_view kMySqlTypesWithoutSize[] = {"LONGTEXT",   "MEDIUMTEXT", "TEXT",     "TINYTEXT", "LONGBLOB",
+                                                       "MEDIUMBLOB", "BLOB",       "TINYBLOB", "DATE",     "YEAR"};
 constexpr std::string_view kTypesWithCharacterSet[] = {"CHAR",       "VARCHAR",  "TINYTEXT", "TEXT",
                                                        "MEDIUMTEXT", "LONGTEXT", "ENUM",     "SET"};
 constexpr std::string_view kIndexTypesWithPrefixSize[] = {"BLOB", "TEXT"};
 constexpr std::string_view kTypesOfQuotedNumbers[] = {"DATE", "TIME", "DATETIME"};
 constexpr std::string_view kBinaryTypes[] = {"CHAR", "VARCHAR", "TEXT"};
-constexpr std::string_view kNumberTypes[] = {"BIT",   "BOOL",    "BOOLEAN", "TINYINT", "SMALLINT", "MEDIUMINT",
-                                             "INT",   "INTEGER", "BIGINT",  "REAL",    "DOUBLE",   "DOUBLE PRECISION",
-                                             "FLOAT", "DECIMAL", "DEC",     "NUMERIC", "FIXED",    "SERIAL",
-                                             "YEAR"};
+constexpr std::string_view kMySqlNumberTypes[] = {
+    "BIT",    "BOOL",   "BOOLEAN", "TINYINT",          "SMALLINT", "MEDIUMINT", "INT", "INTEGER",
+    "BIGINT", "REAL",   "DOUBLE",  "DOUBLE PRECISION", "FLOAT",    "DECIMAL",   "DEC", "NUMERIC",
+    "FIXED",  "SERIAL", "YEAR"};
 constexpr std::string_view kTypesWithPrefixSize[] = {"TINYBLOB", "BLOB", "MEDIUMBLOB", "LONGBLOB",
                                                      "TINYTEXT", "TEXT", "MEDIUMTEXT", "LONGTEXT"};
 
-bool contains(Words words, std::string_view type) { return std::ranges::find(words, uppercased(type)) != words.end(); }
+bool holdsType(WordList types, std::string_view type) { return holds(types, uppercased(type)); }
 
 }  // namespace
 
-Words MySQLExporter::getStringTypesList() { return kStringTypes; }
-Words MySQLExporter::getOtherQuotableTypesList() { return kOtherQuotableTypes; }
-Words MySQLExporter::typesWithSize() { return kTypesWithSize; }
-Words MySQLExporter::typesWithEntries() { return kTypesWithEntries; }
-Words MySQLExporter::typesWithoutSize() { return kTypesWithoutSize; }
-Words MySQLExporter::typesSupportingCharacterSetAndCollation() { return kTypesWithCharacterSet; }
-Words MySQLExporter::indexTypeRequiresPrefixSize() { return kIndexTypesWithPrefixSize; }
+WordList MySQLExporter::getStringTypesList() { return kStringTypes; }
+WordList MySQLExporter::getOtherQuotableTypesList() { return kOtherQuotableTypes; }
+WordList MySQLExporter::typesWithSize() { return kMySqlTypesWithSize; }
+WordList MySQLExporter::typesWithEntries() { return kTypesWithEntries; }
+WordList MySQLExporter::typesWithoutSize() { return kMySqlTypesWithoutSize; }
+WordList MySQLExporter::typesSupportingCharacterSetAndCollation() { return kTypesWithCharacterSet; }
+WordList MySQLExporter::indexTypeRequiresPrefixSize() { return kIndexTypesWithPrefixSize; }
 
 std::string MySQLExporter::fieldType(SQLField& field) {
     const std::string& stored = field.getDataType();
@@ -53,8 +50,8 @@ std::string MySQLExporter::fieldType(SQLField& field) {
         type = text("%@(%@)", stored, defaultSizeForType(stored));
     if (field.getPropertyAsBoolean(keys::zeroFill)) type += " ZEROFILL ";
     if (fieldIsUnsigned(field)) type += " UNSIGNED";
-    if (field.getPropertyAsBoolean(keys::binary) && contains(kBinaryTypes, stored)) type += " BINARY";
-    if (contains(typesSupportingCharacterSetAndCollation(), stored)) {
+    if (field.getPropertyAsBoolean(keys::binary) && holdsType(kBinaryTypes, stored)) type += " BINARY";
+    if (holdsType(typesSupportingCharacterSetAndCollation(), stored)) {
         if (const std::string set = field.getProperty(keys::fieldCharacterSet); !set.empty())
             type += text(" CHARACTER SET %@", set);
         if (const std::string collation = field.getProperty(keys::fieldCollation); !collation.empty())
@@ -76,26 +73,27 @@ bool MySQLExporter::typeRequiresSize(std::string_view type) const { return upper
 std::string MySQLExporter::defaultSizeForType(std::string_view) const { return "255"; }
 
 bool MySQLExporter::typeHasSize(std::string_view type) {
-    return contains(typesWithSize(), type) || contains(typesWithEntries(), type) || !contains(typesWithoutSize(), type);
+    return holdsType(typesWithSize(), type) || holdsType(typesWithEntries(), type) ||
+           !holdsType(typesWithoutSize(), type);
 }
 
-bool MySQLExporter::isStringType(std::string_view type) { return contains(getStringTypesList(), type); }
+bool MySQLExporter::isStringType(std::string_view type) { return holdsType(getStringTypesList(), type); }
 
 bool MySQLExporter::isQuotableType(std::string_view type) const {
     const std::string_view word = trimmed(type.substr(0, type.find('(')));
-    return contains(getStringTypesList(), word) || contains(getOtherQuotableTypesList(), word);
+    return holdsType(getStringTypesList(), word) || holdsType(getOtherQuotableTypesList(), word);
 }
 
-bool MySQLExporter::isNumberType(std::string_view type) { return contains(kNumberTypes, type); }
+bool MySQLExporter::isNumberType(std::string_view type) { return holdsType(kMySqlNumberTypes, type); }
 
-bool MySQLExporter::needsPrefixSize(std::string_view type) { return contains(kTypesWithPrefixSize, type); }
+bool MySQLExporter::needsPrefixSize(std::string_view type) { return holdsType(kTypesWithPrefixSize, type); }
 
 bool MySQLExporter::supportsIndexType(std::string_view type) const {
     return type == "UNIQUE" || type == "FULLTEXT" || type == "SPATIAL";
 }
 
 bool MySQLExporter::shouldStripQuotesOnType(std::string_view type) const {
-    return contains(kTypesOfQuotedNumbers, type);
+    return holdsType(kTypesOfQuotedNumbers, type);
 }
 
 }  // namespace vellicor

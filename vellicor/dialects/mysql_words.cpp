@@ -5,7 +5,7 @@ namespace vellicor {
 
 namespace {
 
-constexpr std::string_view kWords[] = {
+constexpr std::string_view kMySqlWords[] = {
     "ACCESSIBLE", "ADD", "ALL", "ALTER", "ANALYZE", "AND", "AS", "ASC", "ASENSITIVE", "BEFORE", "BETWEEN", "BIGINT",
     "BINARY", "BLOB", "BOTH", "BY", "CALL", "CASCADE", "CASE", "CHANGE", "CHAR", "CHARACTER", "CHECK", "COLLATE",
     "COLUMN", "CONDITION", "CONSTRAINT", "CONTINUE", "CONVERT", "CREATE", "CROSS", "CURRENT_DATE", "CURRENT_TIME",
@@ -32,7 +32,7 @@ constexpr std::string_view kWords[] = {
     "WHILE", "WITH", "WRITE", "XOR", "YEAR_MONTH", "ZEROFILL"};
 
 /// Reserved by servers of today too, MySQL's and MariaDB's.
-constexpr std::string_view kFurtherWords[] = {
+constexpr std::string_view kFurtherMySqlWords[] = {
     "CUBE", "CUME_DIST", "CURRENT_ROLE", "DELETE_DOMAIN_ID", "DENSE_RANK", "DO_DOMAIN_IDS", "EMPTY", "EXCEPT",
     "FIRST_VALUE", "FUNCTION", "GENERATED", "GROUPING", "GROUPS", "IGNORE_DOMAIN_IDS", "INTERSECT", "JSON_TABLE", "LAG",
     "LAST_VALUE", "LATERAL", "LEAD", "MASTER_DEMOTE_TO_REPLICA", "MASTER_DEMOTE_TO_SLAVE", "NTH_VALUE", "NTILE", "OF",
@@ -42,10 +42,10 @@ constexpr std::string_view kFurtherWords[] = {
 
 }  // namespace
 
-std::span<const std::string_view> MySQLExporter::reservedWords() const { return kWords; }
+std::span<const std::string_view> MySQLExporter::reservedWords() const { return kMySqlWords; }
 
 bool MySQLExporter::runsOnlyQuoted(std::string_view name) const {
-    return isRefusedBare(name, containsWord(kWords, name) || containsWord(kFurtherWords, name));
+    return isRefusedBare(name, containsWord(kMySqlWords, name) || containsWord(kFurtherMySqlWords, name));
 }
 
 }  // namespace vellicor

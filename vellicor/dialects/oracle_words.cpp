@@ -5,7 +5,7 @@ namespace vellicor {
 
 namespace {
 
-constexpr std::string_view kWords[] = {
+constexpr std::string_view kOracleWords[] = {
     "ACCESS", "ADD", "ALL", "ALTER", "AND", "ANY", "AS", "ASC", "AUDIT", "BETWEEN", "BY", "CHAR", "CHECK", "CLUSTER",
     "COLUMN", "COMMENT", "COMPRESS", "CONNECT", "CREATE", "CURRENT", "DATE", "DECIMAL", "DEFAULT", "DELETE", "DESC",
     "DISTINCT", "DROP", "ELSE", "EXCLUSIVE", "EXISTS", "FILE", "FLOAT", "FOR", "FROM", "GRANT", "GROUP", "HAVING",
@@ -19,6 +19,6 @@ constexpr std::string_view kWords[] = {
 
 }  // namespace
 
-std::span<const std::string_view> OracleSQLExporter::reservedWords() const { return kWords; }
+std::span<const std::string_view> OracleSQLExporter::reservedWords() const { return kOracleWords; }
 
 }  // namespace vellicor

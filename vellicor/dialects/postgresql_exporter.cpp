@@ -3,6 +3,7 @@
 
 #include <algorithm>
 
+#include "vellicor/dialects/word_list.h"
 #include "vellicor/export/exporter_common.h"
 #include "vellicor/export/sql_identifiers.h"
 #include "vellicor/model/field.h"
@@ -17,11 +18,9 @@ namespace vellicor {
 
 namespace {
 
-using Words = std::span<const std::string_view>;
-
-constexpr std::string_view kTypesWithSize[] = {"BIT VARYING", "VARBIT", "CHARACTER VARYING", "CHARACTER",
-                                               "VARCHAR",     "CHAR",   "INTERVAL",          "NUMERIC",
-                                               "DECIMAL",     "TIME",   "TIMESTAMP",         "TIMETZ"};
+constexpr std::string_view kPostgresqlTypesWithSize[] = {"BIT VARYING", "VARBIT", "CHARACTER VARYING", "CHARACTER",
+                                                         "VARCHAR",     "CHAR",   "INTERVAL",          "NUMERIC",
+                                                         "DECIMAL",     "TIME",   "TIMESTAMP",         "TIMETZ"};
 /// Classic text drops their sizes, which gives the server types of other sizes.
 constexpr std::string_view kFurtherTypesWithSize[] = {
     "BIT", "BPCHAR", "NCHAR", "NATIONAL CHARACTER", "NATIONAL CHARACTER VARYING", "CHAR VARYING", "DEC", "TIMESTAMPTZ"};
@@ -37,7 +36,7 @@ constexpr std::string_view kTextTypes[] = {"CHARACTER VARYING",
                                            "NATIONAL CHARACTER",
                                            "NATIONAL CHARACTER VARYING",
                                            "CHAR VARYING"};
-constexpr std::string_view kNumberTypes[] = {
+constexpr std::string_view kPostgresqlNumberTypes[] = {
     "SMALLINT", "INTEGER",          "INT",   "BIGINT", "INT2",   "INT4",   "INT8",      "DECIMAL",    "NUMERIC", "DEC",
     "REAL",     "DOUBLE PRECISION", "FLOAT", "FLOAT4", "FLOAT8", "SERIAL", "BIGSERIAL", "SMALLSERIAL"};
 constexpr std::string_view kTypesWithTimeZone[] = {"TIMESTAMP", "TIME"};
@@ -49,8 +48,6 @@ constexpr std::string_view kDefaultsNotQuoted[] = {"current_date", "current_time
 constexpr std::string_view kFunctionsWithPrecision[] = {"current_timestamp", "current_time", "localtime",
                                                         "localtimestamp"};
 
-bool contains(Words words, std::string_view word) { return std::ranges::find(words, word) != words.end(); }
-
 const RegularExpression& casePattern(bool quoteUppercase) {
     static const RegularExpression lowerCase(R"(^[\p{lowercase}_][\p{lowercase}\p{Mark}_0-9$]*$)");
     static const RegularExpression oneCase(
@@ -59,9 +56,9 @@ const RegularExpression& casePattern(bool quoteUppercase) {
 }
 
 /// Reads a text piece by piece, white space skipped before each; a piece that is not there leaves the place unchanged.
-class Scanner {
+class ExpressionScanner {
 public:
-    explicit Scanner(std::string_view rest) : _rest(rest) {}
+    explicit ExpressionScanner(std::string_view rest) : _rest(rest) {}
     std::string_view upTo(char stop) {
         skip();
         const std::string_view piece = _rest.substr(0, _rest.find(stop));
@@ -96,19 +93,21 @@ private:
 
 // === types
 
-bool PostgresqlExporter::isTextType(std::string_view type) { return contains(kTextTypes, uppercased(type)); }
+bool PostgresqlExporter::isTextType(std::string_view type) { return holds(kTextTypes, uppercased(type)); }
 
-bool PostgresqlExporter::typeHasSize(std::string_view type) { return contains(kTypesWithSize, uppercased(type)); }
+bool PostgresqlExporter::typeHasSize(std::string_view type) {
+    return holds(kPostgresqlTypesWithSize, uppercased(type));
+}
 
 bool PostgresqlExporter::fieldTypeAllowsTimeZone(std::string_view type) {
-    return contains(kTypesWithTimeZone, uppercased(trimmed(type)));
+    return holds(kTypesWithTimeZone, uppercased(trimmed(type)));
 }
 
 std::string PostgresqlExporter::fieldType(SQLField& field) {
     const std::string& stored = field.getDataType();
     std::string type = Preferences::shared().boolForKey(prefs::postgresTypesUppercase) ? uppercased(stored) : stored;
     const bool hasSize =
-        typeHasSize(stored) || (writesRunnableScripts() && contains(kFurtherTypesWithSize, uppercased(stored)));
+        typeHasSize(stored) || (writesRunnableScripts() && holds(kFurtherTypesWithSize, uppercased(stored)));
     if (hasSize && field.hasTypeSize()) type += text("(%@)", field.getDataTypeSize());
     if (fieldTypeAllowsTimeZone(stored) && field.getPropertyAsBoolean(keys::timezone)) type += " WITH TIME ZONE ";
     return type;
@@ -163,29 +162,28 @@ OptionalText PostgresqlExporter::foreignKeyConstraintName(SQLConnectable& key) {
     return table && name && !name->empty() ? OptionalText(constraintNameInScript(*table, *name)) : name;
 }
 
-Words PostgresqlExporter::defaultValuesNotQuotableForField(SQLField&) const { return kDefaultsNotQuoted; }
+WordList PostgresqlExporter::defaultValuesNotQuotableForField(SQLField&) const { return kDefaultsNotQuoted; }
 
-Words PostgresqlExporter::defaultValuesRegularExpressionsNotQuotable() const { return kFunctionsWithPrecision; }
+WordList PostgresqlExporter::defaultValuesRegularExpressionsNotQuotable() const { return kFunctionsWithPrecision; }
 
 bool PostgresqlExporter::shouldQuoteDefaultFieldValue(std::string_view value, SQLField& field) {
     if (field.getPropertyAsBoolean(keys::noQuoteDefault)) return false;
-    if (contains(defaultValuesNotQuotableForField(field), lowercased(value)) ||
-        defaultMatchesRegexForField(field, value))
+    if (holds(defaultValuesNotQuotableForField(field), lowercased(value)) || defaultMatchesRegexForField(field, value))
         return false;
     const std::string type = uppercased(field.getDataType());
     if (writesRunnableScripts()) {
-        if (isTextLiteral(value) || contains(kNumberTypes, type)) return false;
+        if (isTextLiteral(value) || holds(kPostgresqlNumberTypes, type)) return false;
         // Other types take expressions as well as values.
-        return contains(kTextTypes, type) ? !value.starts_with('\'') || !isExpression(value) : !isExpression(value);
+        return holds(kTextTypes, type) ? !value.starts_with('\'') || !isExpression(value) : !isExpression(value);
     }
     if (value.starts_with('\'') && value.ends_with('\'')) return false;
-    return contains(kQuotableDefaultTypes, type);
+    return holds(kQuotableDefaultTypes, type);
 }
 
 bool PostgresqlExporter::defaultMatchesRegexForField(SQLField&, std::string_view defaultValue) const {
-    Scanner scanner(defaultValue);
+    ExpressionScanner scanner(defaultValue);
     const std::string_view function = scanner.upTo('(');
-    if (function.empty() || !contains(defaultValuesRegularExpressionsNotQuotable(), lowercased(trimmed(function))))
+    if (function.empty() || !holds(defaultValuesRegularExpressionsNotQuotable(), lowercased(trimmed(function))))
         return false;
     if (scanner.character('(') && scanner.integer() && scanner.character(')')) return true;
     return scanner.isAtEnd();

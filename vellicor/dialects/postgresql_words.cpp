@@ -5,7 +5,7 @@ namespace vellicor {
 
 namespace {
 
-constexpr std::string_view kWords[] = {
+constexpr std::string_view kPostgresqlWords[] = {
     "Key Word", "ALL", "ANALYSE", "ANALYZE", "AND", "ANY", "ARRAY", "AS", "ASC", "ASYMMETRIC", "AUTHORIZATION",
     "BINARY", "BOTH", "CASE", "CAST", "CHECK", "COLLATE", "COLLATION", "COLUMN", "CONCURRENTLY", "CONSTRAINT",
     "CREATE", "CROSS", "CURRENT_CATALOG", "CURRENT_DATE", "CURRENT_ROLE", "CURRENT_SCHEMA", "CURRENT_TIME",
@@ -18,14 +18,14 @@ constexpr std::string_view kWords[] = {
     "VARIADIC", "VERBOSE", "WHEN", "WHERE", "WINDOW", "WITH"};
 
 /// Reserved by servers of today too.
-constexpr std::string_view kFurtherWords[] = {"LATERAL", "TABLESAMPLE"};
+constexpr std::string_view kFurtherPostgresqlWords[] = {"LATERAL", "TABLESAMPLE"};
 
 }  // namespace
 
-std::span<const std::string_view> PostgresqlExporter::reservedWords() const { return kWords; }
+std::span<const std::string_view> PostgresqlExporter::reservedWords() const { return kPostgresqlWords; }
 
 bool PostgresqlExporter::runsOnlyQuoted(std::string_view name) const {
-    return isRefusedBare(name, containsWord(kWords, name) || containsWord(kFurtherWords, name));
+    return isRefusedBare(name, containsWord(kPostgresqlWords, name) || containsWord(kFurtherPostgresqlWords, name));
 }
 
 }  // namespace vellicor

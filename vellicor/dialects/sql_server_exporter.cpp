@@ -4,6 +4,7 @@
 #include <algorithm>
 
 #include "vellicor/dialects/column_changes.h"
+#include "vellicor/dialects/word_list.h"
 #include "vellicor/model/field.h"
 #include "vellicor/model/index.h"
 #include "vellicor/platform/preference_keys.h"
@@ -14,24 +15,21 @@ namespace vellicor {
 
 namespace {
 
-constexpr std::string_view kTypesWithSize[] = {"DATETIME2", "DATETIMEOFFSET", "TIME", "DECIMAL", "NUMERIC", "FLOAT",
-                                               "BINARY",    "VARBINARY",      "CHAR", "VARCHAR", "NCHAR",   "NVARCHAR"};
-constexpr std::string_view kTypesWithoutSize[] = {"BIT",         "DATE",     "DATETIME", "REAL",  "MONEY",
-                                                  "SMALL MONEY", "NTEXT",    "TEXT",     "IMAGE", "INT",
-                                                  "BIGINT",      "SMALLINT", "TINYINT"};
-
-bool contains(std::span<const std::string_view> words, const std::string& word) {
-    return std::ranges::find(words, word) != words.end();
-}
+constexpr std::string_view kSqlServerTypesWithSize[] = {"DATETIME2", "DATETIMEOFFSET", "TIME",   "DECIMAL",
+                                                        "NUMERIC",   "FLOAT",          "BINARY", "VARBINARY",
+                                                        "CHAR",      "VARCHAR",        "NCHAR",  "NVARCHAR"};
+constexpr std::string_view kSqlServerTypesWithoutSize[] = {"BIT",         "DATE",     "DATETIME", "REAL",  "MONEY",
+                                                           "SMALL MONEY", "NTEXT",    "TEXT",     "IMAGE", "INT",
+                                                           "BIGINT",      "SMALLINT", "TINYINT"};
 
 }  // namespace
 
-std::span<const std::string_view> SQLServerExporter::typesWithSize() { return kTypesWithSize; }
-std::span<const std::string_view> SQLServerExporter::typesWithoutSize() { return kTypesWithoutSize; }
+WordList SQLServerExporter::typesWithSize() { return kSqlServerTypesWithSize; }
+WordList SQLServerExporter::typesWithoutSize() { return kSqlServerTypesWithoutSize; }
 
 bool SQLServerExporter::typeHasSize(std::string_view type) {
     const std::string word = uppercased(type);
-    return contains(typesWithSize(), word) || contains(typesWithEntries(), word) || !contains(typesWithoutSize(), word);
+    return holds(typesWithSize(), word) || holds(typesWithEntries(), word) || !holds(typesWithoutSize(), word);
 }
 
 std::string SQLServerExporter::fieldType(SQLField& field) {

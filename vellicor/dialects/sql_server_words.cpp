@@ -5,7 +5,7 @@ namespace vellicor {
 
 namespace {
 
-constexpr std::string_view kWords[] = {
+constexpr std::string_view kSqlServerWords[] = {
     "ADD", "ALL", "ALTER", "AND", "ANY", "AS", "ASC", "AUTHORIZATION", "BACKUP", "BEGIN", "BETWEEN", "BREAK",
     "BROWSE", "BULK", "BY", "CASCADE", "CASE", "CHECK", "CHECKPOINT", "CLOSE", "CLUSTERED", "COALESCE", "COLLATE",
     "COLUMN", "COMMIT", "COMPUTE", "CONSTRAINT", "CONTAINS", "CONTAINSTABLE", "CONTINUE", "CONVERT", "CREATE",
@@ -28,6 +28,6 @@ constexpr std::string_view kWords[] = {
 
 }  // namespace
 
-std::span<const std::string_view> SybaseStyleExporter::reservedWords() const { return kWords; }
+std::span<const std::string_view> SybaseStyleExporter::reservedWords() const { return kSqlServerWords; }
 
 }  // namespace vellicor

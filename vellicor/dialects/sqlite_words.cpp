@@ -5,7 +5,7 @@ namespace vellicor {
 
 namespace {
 
-constexpr std::string_view kWords[] = {
+constexpr std::string_view kSqliteWords[] = {
     "ABORT", "ACTION", "ADD", "AFTER", "ALL", "ALTER", "ANALYZE", "AND", "AS", "ASC", "ATTACH", "AUTOINCREMENT",
     "BEFORE", "BEGIN", "BETWEEN", "BY", "CASCADE", "CASE", "CAST", "CHECK", "COLLATE", "COLUMN", "COMMIT",
     "CONFLICT", "CONSTRAINT", "CREATE", "CROSS", "CURRENT_DATE", "CURRENT_TIME", "CURRENT_TIMESTAMP", "DATABASE",
@@ -19,14 +19,14 @@ constexpr std::string_view kWords[] = {
     "UNIQUE", "UPDATE", "USING", "VACUUM", "VALUES", "VIEW", "VIRTUAL", "WHEN", "WHERE"};
 
 /// Reserved by the library of today too.
-constexpr std::string_view kFurtherWords[] = {"NOTHING", "RETURNING"};
+constexpr std::string_view kFurtherSqliteWords[] = {"NOTHING", "RETURNING"};
 
 }  // namespace
 
-std::span<const std::string_view> SQLiteExporter::reservedWords() const { return kWords; }
+std::span<const std::string_view> SQLiteExporter::reservedWords() const { return kSqliteWords; }
 
 bool SQLiteExporter::runsOnlyQuoted(std::string_view name) const {
-    return isRefusedBare(name, containsWord(kWords, name) || containsWord(kFurtherWords, name));
+    return isRefusedBare(name, containsWord(kSqliteWords, name) || containsWord(kFurtherSqliteWords, name));
 }
 
 }  // namespace vellicor

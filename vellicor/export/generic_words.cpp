@@ -5,7 +5,7 @@ namespace vellicor {
 
 namespace {
 
-constexpr std::string_view kWords[] = {
+constexpr std::string_view kGenericWords[] = {
     "ABSOLUTE", "ACTION", "ADD", "ADMIN", "AFTER", "AGGREGATE", "ALIAS", "ALL", "ALLOCATE", "ALTER", "AND", "ANY",
     "ARE", "ARRAY", "AS", "ASC", "ASSERTION", "AT", "AUTHORIZATION", "BEFORE", "BEGIN", "BINARY", "BIT", "BLOB",
     "BOOLEAN", "BOTH", "BREADTH", "BY", "CALL", "CASCADE", "CASCADED", "CASE", "CAST", "CATALOG", "CHAR",
@@ -38,6 +38,6 @@ constexpr std::string_view kWords[] = {
 
 }  // namespace
 
-std::span<const std::string_view> genericReservedWords() { return kWords; }
+std::span<const std::string_view> genericReservedWords() { return kGenericWords; }
 
 }  // namespace vellicor

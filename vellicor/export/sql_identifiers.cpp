@@ -3,6 +3,7 @@
 
 #include <algorithm>
 
+#include "vellicor/platform/numbers.h"
 #include "vellicor/platform/text.h"
 
 namespace vellicor {
@@ -12,7 +13,6 @@ namespace {
 bool isWordStart(char c) {
     return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || c == '_' || static_cast<unsigned char>(c) >= 0x80;
 }
-bool isDigit(char c) { return c >= '0' && c <= '9'; }
 bool isWordPart(char c) { return isWordStart(c) || isDigit(c) || c == '$'; }
 
 /// The position behind the next `stop`, or the end.

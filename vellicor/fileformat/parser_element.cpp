@@ -10,7 +10,7 @@ namespace vellicor {
 
 namespace {
 
-std::string textOf(const LoadedValue& value) {
+std::string loadedText(const LoadedValue& value) {
     if (auto* point = as<SQLPoint>(value.object)) return point->description();
     if (auto* size = as<SQLSize>(value.object)) return size->description();
     return std::string(value.text);
@@ -40,7 +40,7 @@ void QVParserElement::setProperty(std::string_view key, std::string_view toValue
 }
 
 void QVParserElement::setSafePropertyValue(const LoadedValue& value, std::string_view key) {
-    log(text("warning - called setSafePropertyValue on QVParserElement with key %@ value %@", key, textOf(value)));
+    log(text("warning - called setSafePropertyValue on QVParserElement with key %@ value %@", key, loadedText(value)));
 }
 
 const ClassInfo QVParserElement::kClassInfo{"QVParserElement", nullptr, {}, nullptr};

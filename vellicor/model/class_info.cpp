@@ -7,11 +7,13 @@ namespace vellicor {
 
 namespace {
 
-char lowerASCII(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + ('a' - 'A')) : c; }
-
 std::string_view rest(std::string_view name) { return name.substr(name.empty() ? 0 : 1); }
 
-char initial(std::string_view name) { return name.empty() ? '\0' : lowerASCII(name.front()); }
+/// The first letter, an ASCII capital in lower case; NUL when there is none.
+char initial(std::string_view name) {
+    const char first = name.empty() ? '\0' : name.front();
+    return first >= 'A' && first <= 'Z' ? static_cast<char>(first + ('a' - 'A')) : first;
+}
 
 /// Element names are one when they differ in nothing but the case of the first letter.
 struct ElementNameHash {

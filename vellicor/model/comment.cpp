@@ -76,14 +76,15 @@ std::shared_ptr<SQLCanvasArea> SQLCanvasArea::initWithString(const OptionalText&
 
 namespace {
 
-constexpr Setter kSetters[] = {
+constexpr Setter kCommentSetters[] = {
     setter<&SQLComment::setComment>("comment"),
     setter<&SQLComment::setDisplayName>("displayName"),
 };
 
 }  // namespace
 
-const ClassInfo SQLComment::kClassInfo{"SQLComment", &SQLObjectPeer::kClassInfo, kSetters, makeLoadable<SQLComment>};
+const ClassInfo SQLComment::kClassInfo{"SQLComment", &SQLObjectPeer::kClassInfo, kCommentSetters,
+                                       makeLoadable<SQLComment>};
 const ClassInfo SQLCanvasArea::kClassInfo{"SQLCanvasArea", &SQLComment::kClassInfo, {}, makeLoadable<SQLCanvasArea>};
 
 }  // namespace vellicor

@@ -70,7 +70,7 @@ void SQLConstraint::propertyDidChange(std::string_view key) {
 
 namespace {
 
-constexpr Setter kSetters[] = {
+constexpr Setter kConstraintSetters[] = {
     setter<&SQLConstraint::setConstraintType>("constraintType"),
     setter<&SQLConstraint::setCheckConstraintExpression>("checkConstraintExpression"),
     setter<&SQLConstraint::setCheckConstraintExpressionFromSQL>("checkConstraintExpressionFromSQL"),
@@ -78,7 +78,7 @@ constexpr Setter kSetters[] = {
 
 }  // namespace
 
-const ClassInfo SQLConstraint::kClassInfo{"SQLConstraint", &SQLIndex::kClassInfo, kSetters,
+const ClassInfo SQLConstraint::kClassInfo{"SQLConstraint", &SQLIndex::kClassInfo, kConstraintSetters,
                                           makeLoadable<SQLConstraint>};
 
 }  // namespace vellicor

@@ -378,7 +378,7 @@ void SQLContainer::setObjectLabelManager(std::shared_ptr<SQLObjectLabelManager> 
 
 namespace {
 
-constexpr Setter kSetters[] = {
+constexpr Setter kContainerSetters[] = {
     setter<&SQLContainer::setDebug>("debug"),
     setter<&SQLContainer::setAllowsFieldObject>("allowsFieldObject"),
     setter<&SQLContainer::setIsTempContainer>("isTempContainer"),
@@ -390,6 +390,6 @@ constexpr Setter kSetters[] = {
 
 }  // namespace
 
-const ClassInfo SQLContainer::kClassInfo{"SQLContainer", &SQLObjectPeer::kClassInfo, kSetters, nullptr};
+const ClassInfo SQLContainer::kClassInfo{"SQLContainer", &SQLObjectPeer::kClassInfo, kContainerSetters, nullptr};
 
 }  // namespace vellicor

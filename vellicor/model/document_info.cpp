@@ -110,7 +110,7 @@ std::shared_ptr<SQLObject> SQLDocumentInfo::copyWithZone(void* zone) const {
 
 namespace {
 
-constexpr Setter kSetters[] = {
+constexpr Setter kDocumentInfoSetters[] = {
     setter<&SQLDocumentInfo::setPageBoundariesVisible>("pageBoundariesVisible"),
     setter<&SQLDocumentInfo::setPageGridVisible>("pageGridVisible"),
     setter<&SQLDocumentInfo::setSnapToGrid>("snapToGrid"),
@@ -131,7 +131,7 @@ constexpr Setter kSetters[] = {
 
 }  // namespace
 
-const ClassInfo SQLDocumentInfo::kClassInfo{"SQLDocumentInfo", &SQLObjectPeer::kClassInfo, kSetters,
+const ClassInfo SQLDocumentInfo::kClassInfo{"SQLDocumentInfo", &SQLObjectPeer::kClassInfo, kDocumentInfoSetters,
                                             makeLoadable<SQLDocumentInfo>};
 
 }  // namespace vellicor

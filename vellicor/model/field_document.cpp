@@ -132,10 +132,10 @@ void SQLField::setSafePropertyValue(const LoadedValue& value, std::string_view k
 
 namespace {
 
-using SetText = void (SQLField::*)(const OptionalText&);
+using SetFieldText = void (SQLField::*)(const OptionalText&);
 
-constexpr Setter kSetters[] = {
-    setter<static_cast<SetText>(&SQLField::setType)>("type"),
+constexpr Setter kFieldSetters[] = {
+    setter<static_cast<SetFieldText>(&SQLField::setType)>("type"),
     setter<&SQLField::setOriginalType>("originalType"),
     setter<&SQLField::setDataType>("dataType"),
     setter<&SQLField::setTypeSize>("typeSize"),
@@ -170,7 +170,7 @@ constexpr Setter kSetters[] = {
 
 }  // namespace
 
-constinit const ClassInfo SQLField::kClassInfo{"SQLField", &SQLTableComponent::kClassInfo, kSetters,
+constinit const ClassInfo SQLField::kClassInfo{"SQLField", &SQLTableComponent::kClassInfo, kFieldSetters,
                                                makeLoadable<SQLField>};
 
 }  // namespace vellicor

@@ -9,7 +9,7 @@ namespace vellicor {
 
 namespace {
 
-std::string listText(const std::vector<SQLField*>& fields) {
+std::string fieldListText(const std::vector<SQLField*>& fields) {
     std::vector<std::string> descriptions;
     for (const SQLField* field : fields) descriptions.push_back("    " + field->description());
     return text("(\n%@\n)", joined(descriptions, ",\n"));
@@ -24,7 +24,7 @@ void convert(SQLField& field, SQLTable& table) {
     auto foreignKey = create<SQLForeignKey>();
     foreignKey->setTargetTable(targetTable);
     table.addWithRenaming(foreignKey);
-    log(text("referenceList = %@, targetPrimaryKeyList = %@", listText(references), listText(primaryKey)));
+    log(text("referenceList = %@, targetPrimaryKeyList = %@", fieldListText(references), fieldListText(primaryKey)));
     if (references.size() <= primaryKey.size()) {
         for (std::size_t i = 0; i < references.size(); ++i) {
             log(text("source = %@, target = %@", references[i]->description(), primaryKey[i]->description()));

@@ -246,7 +246,7 @@ std::shared_ptr<SQLObject> SQLForeignKey::copyWithZone(void* zone) const {
 
 namespace {
 
-constexpr Setter kSetters[] = {
+constexpr Setter kForeignKeySetters[] = {
     setter<&SQLForeignKey::setDeleteAction>("deleteAction"),
     setter<&SQLForeignKey::setUpdateAction>("updateAction"),
     setter<&SQLForeignKey::setSourceCardinality>("sourceCardinality"),
@@ -257,7 +257,7 @@ constexpr Setter kSetters[] = {
 
 }  // namespace
 
-const ClassInfo SQLForeignKey::kClassInfo{"SQLForeignKey", &SQLTableComponent::kClassInfo, kSetters,
+const ClassInfo SQLForeignKey::kClassInfo{"SQLForeignKey", &SQLTableComponent::kClassInfo, kForeignKeySetters,
                                           makeLoadable<SQLForeignKey>};
 
 }  // namespace vellicor

@@ -65,13 +65,13 @@ std::string SQLForeignKeyEntry::description() const {
 
 namespace {
 
-constexpr Setter kSetters[] = {
+constexpr Setter kForeignKeyEntrySetters[] = {
     setter<&SQLForeignKeyEntry::setTargetByName>("targetByName"),
 };
 
 }  // namespace
 
-const ClassInfo SQLForeignKeyEntry::kClassInfo{"SQLForeignKeyEntry", &SQLObject::kClassInfo, kSetters,
+const ClassInfo SQLForeignKeyEntry::kClassInfo{"SQLForeignKeyEntry", &SQLObject::kClassInfo, kForeignKeyEntrySetters,
                                                makeLoadable<SQLForeignKeyEntry>};
 
 }  // namespace vellicor

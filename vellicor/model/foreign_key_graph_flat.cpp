@@ -14,7 +14,7 @@ bool holds(const SQLForeignKeyGraph::Subgraph& columns, const SQLField* field) {
     return std::ranges::find(columns, field, &SQLForeignKeyGraph::Column::get) != columns.end();
 }
 
-std::string listText(const SQLForeignKeyGraph::Subgraph& columns) {
+std::string columnListText(const SQLForeignKeyGraph::Subgraph& columns) {
     std::vector<std::string> lines;
     for (const auto& column : columns) lines.push_back("    " + column->description());
     return lines.empty() ? "(\n)" : text("(\n%@\n)", joined(lines, ",\n"));
@@ -80,7 +80,7 @@ void SQLForeignKeyGraph::removeForeignKeyEntry(SQLField* field) {
                              [&](const Column& column) { return column.get() != field; });
         return true;
     });
-    log(text("need to rebuild: %@", listText(others)));
+    log(text("need to rebuild: %@", columnListText(others)));
     for (const Column& column : others) updateForeignKey(column.get());
 }
 

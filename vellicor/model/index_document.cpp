@@ -206,21 +206,21 @@ std::shared_ptr<SQLObject> SQLIndex::copyWithZone(void* zone) const {
 
 namespace {
 
-constexpr Setter kEntrySetters[] = {
+constexpr Setter kIndexEntrySetters[] = {
     setter<&SQLIndexEntry::setPrefixSize>("prefixSize"),
     setter<&SQLIndexEntry::setFieldUid>("fieldUid"),
 };
 
-constexpr Setter kSetters[] = {
+constexpr Setter kIndexSetters[] = {
     setter<&SQLIndex::setIndexType>("indexType"),
     setter<&SQLIndex::setFieldName>("fieldName"),
 };
 
 }  // namespace
 
-const ClassInfo SQLIndexEntry::kClassInfo{"SQLIndexEntry", &SQLObject::kClassInfo, kEntrySetters,
+const ClassInfo SQLIndexEntry::kClassInfo{"SQLIndexEntry", &SQLObject::kClassInfo, kIndexEntrySetters,
                                           makeLoadable<SQLIndexEntry>};
-const ClassInfo SQLIndex::kClassInfo{"SQLIndex", &SQLTableComponent::kClassInfo, kSetters, makeLoadable<SQLIndex>};
+const ClassInfo SQLIndex::kClassInfo{"SQLIndex", &SQLTableComponent::kClassInfo, kIndexSetters, makeLoadable<SQLIndex>};
 const ClassInfo SQLComparisonIndex::kClassInfo{
     "SQLComparisonIndex", &SQLIndex::kClassInfo, {}, makeLoadable<SQLComparisonIndex>};
 

@@ -70,7 +70,7 @@ void SQLObjectLabel::identityDidChange() {
 
 namespace {
 
-constexpr Setter kSetters[] = {
+constexpr Setter kLabelSetters[] = {
     setter<&SQLObjectLabel::setColorString>("colorString"), setter<&SQLObjectLabel::setHidden>("hidden"),
     setter<&SQLObjectLabel::setIsHidden>("isHidden"),       setter<&SQLObjectLabel::setExpanded>("expanded"),
     setter<&SQLObjectLabel::setIsExpanded>("isExpanded"),   setter<&SQLObjectLabel::setIsDefault>("isDefault"),
@@ -78,7 +78,7 @@ constexpr Setter kSetters[] = {
 
 }  // namespace
 
-const ClassInfo SQLObjectLabel::kClassInfo{"SQLObjectLabel", &SQLObject::kClassInfo, kSetters,
+const ClassInfo SQLObjectLabel::kClassInfo{"SQLObjectLabel", &SQLObject::kClassInfo, kLabelSetters,
                                            makeLoadable<SQLObjectLabel>};
 
 }  // namespace vellicor

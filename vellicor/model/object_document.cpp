@@ -130,7 +130,7 @@ void applyHolder(Loadable& target, const LoadedValue& value, const char* capital
         object.setProperty(capitalName, value.text);
 }
 
-constexpr std::array kSetters{
+constexpr std::array kObjectSetters{
     setter<&SQLObject::setUid>("uid"),
     setter<&SQLObject::setName>("name"),
     setter<&SQLObject::setComment>("comment"),
@@ -149,6 +149,6 @@ constexpr std::array kSetters{
 
 }  // namespace
 
-constinit const ClassInfo SQLObject::kClassInfo{"SQLObject", nullptr, kSetters, nullptr};
+constinit const ClassInfo SQLObject::kClassInfo{"SQLObject", nullptr, kObjectSetters, nullptr};
 
 }  // namespace vellicor

@@ -162,7 +162,7 @@ std::shared_ptr<SQLObject> SQLObjectPeer::copyWithZone(void* zone) const {
 
 namespace {
 
-constexpr std::array kSetters{
+constexpr std::array kPeerSetters{
     setter<&SQLObjectPeer::setZOrder>("zOrder"),
     setter<&SQLObjectPeer::setZOrderFromString>("zOrderFromString"),
     setter<&SQLObjectPeer::setHasViewPeer>("hasViewPeer"),
@@ -172,6 +172,6 @@ constexpr std::array kSetters{
 
 }  // namespace
 
-constinit const ClassInfo SQLObjectPeer::kClassInfo{"SQLObjectPeer", &SQLObject::kClassInfo, kSetters, nullptr};
+constinit const ClassInfo SQLObjectPeer::kClassInfo{"SQLObjectPeer", &SQLObject::kClassInfo, kPeerSetters, nullptr};
 
 }  // namespace vellicor

@@ -102,11 +102,11 @@ std::shared_ptr<SQLObject> QVObjectStyle::copyWithZone(void* /*zone*/) const {
 
 namespace {
 
-constexpr std::array kSetters{setter<&QVObjectStyle::setHasFontSetting>("hasFontSetting")};
+constexpr std::array kObjectStyleSetters{setter<&QVObjectStyle::setHasFontSetting>("hasFontSetting")};
 
 }  // namespace
 
-constinit const ClassInfo QVObjectStyle::kClassInfo{"QVObjectStyle", &SQLObject::kClassInfo, kSetters,
+constinit const ClassInfo QVObjectStyle::kClassInfo{"QVObjectStyle", &SQLObject::kClassInfo, kObjectStyleSetters,
                                                     makeLoadable<QVObjectStyle>};
 
 }  // namespace vellicor

@@ -61,7 +61,7 @@ void SQLSchema::removeObject(const SQLObject& object) {
 
 namespace {
 
-constexpr Setter kSetters[] = {
+constexpr Setter kSchemaSetters[] = {
     setter<&SQLSchema::setIsDefault>("isDefault"),
     setter<&SQLSchema::setAutoDeleteWhenEmpty>("autoDeleteWhenEmpty"),
     setter<&SQLSchema::setIsUnspecifiedSchema>("isUnspecifiedSchema"),
@@ -69,7 +69,7 @@ constexpr Setter kSetters[] = {
 
 }  // namespace
 
-const ClassInfo SQLSchema::kClassInfo{"SQLSchema", &SQLObject::kClassInfo, kSetters, makeLoadable<SQLSchema>};
+const ClassInfo SQLSchema::kClassInfo{"SQLSchema", &SQLObject::kClassInfo, kSchemaSetters, makeLoadable<SQLSchema>};
 
 SchemaRegister::~SchemaRegister() {
     for (const auto& schema : _schemas) std::erase(schema->_registers, this);

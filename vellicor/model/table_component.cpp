@@ -138,7 +138,7 @@ Value::Map SQLTableComponent::jsonDictionary() const {
 
 namespace {
 
-constexpr Setter kSetters[] = {
+constexpr Setter kComponentSetters[] = {
     setter<&SQLTableComponent::setNamePending>("namePending"),
     setter<&SQLTableComponent::setDeferrable>("deferrable"),
     setter<&SQLTableComponent::setInitiallyDeferred>("initiallyDeferred"),
@@ -146,7 +146,7 @@ constexpr Setter kSetters[] = {
 
 }  // namespace
 
-constinit const ClassInfo SQLTableComponent::kClassInfo{"SQLTableComponent", &SQLObjectPeer::kClassInfo, kSetters,
-                                                        nullptr};
+constinit const ClassInfo SQLTableComponent::kClassInfo{"SQLTableComponent", &SQLObjectPeer::kClassInfo,
+                                                        kComponentSetters, nullptr};
 
 }  // namespace vellicor

@@ -115,9 +115,9 @@ std::shared_ptr<SQLObject> SQLTable::copyWithZone(void* zone) const {
 
 namespace {
 
-using SetText = void (SQLTable::*)(const OptionalText&);
+using SetTableText = void (SQLTable::*)(const OptionalText&);
 
-constexpr Setter kSetters[] = {
+constexpr Setter kTableSetters[] = {
     setter<&SQLTable::setSchema>("schema"),
     setter<&SQLTable::setSchemaName>("schemaName"),
     setter<&SQLTable::setSchemaDisplayName>("schemaDisplayName"),
@@ -125,7 +125,7 @@ constexpr Setter kSetters[] = {
      [](Loadable& target, const LoadedValue& value) {
          if (!value.object) dynamic_cast<SQLTable&>(target).setBaseName(value.text);
      }},
-    setter<static_cast<SetText>(&SQLTable::setFullyQualifiedName)>("fullyQualifiedName"),
+    setter<static_cast<SetTableText>(&SQLTable::setFullyQualifiedName)>("fullyQualifiedName"),
     setter<&SQLTable::setTableType>("tableType"),
     setter<&SQLTable::setType>("type"),
     setter<&SQLTable::setOtherOptions>("otherOptions"),
@@ -137,7 +137,7 @@ constexpr Setter kSetters[] = {
 
 }  // namespace
 
-constinit const ClassInfo SQLTable::kClassInfo{"SQLTable", &SQLObjectPeer::kClassInfo, kSetters,
+constinit const ClassInfo SQLTable::kClassInfo{"SQLTable", &SQLObjectPeer::kClassInfo, kTableSetters,
                                                makeLoadable<SQLTable>};
 
 }  // namespace vellicor

@@ -132,7 +132,7 @@ std::shared_ptr<SQLObject> SQLView::copyWithZone(void* zone) const {
 
 namespace {
 
-constexpr Setter kEntrySetters[] = {
+constexpr Setter kViewEntrySetters[] = {
     setter<&SQLViewEntry::setType>("type"),
     // A row takes part in no reference.
     ignored("fkField"),
@@ -145,15 +145,15 @@ constexpr Setter kEntrySetters[] = {
     ignored("targetTable"),
 };
 
-constexpr Setter kSetters[] = {
+constexpr Setter kViewSetters[] = {
     setter<&SQLView::setQueryString>("queryString"),
     ignored("queryObject"),
 };
 
 }  // namespace
 
-const ClassInfo SQLViewEntry::kClassInfo{"SQLViewEntry", &SQLTableComponent::kClassInfo, kEntrySetters,
+const ClassInfo SQLViewEntry::kClassInfo{"SQLViewEntry", &SQLTableComponent::kClassInfo, kViewEntrySetters,
                                          makeLoadable<SQLViewEntry>};
-const ClassInfo SQLView::kClassInfo{"SQLView", &SQLTable::kClassInfo, kSetters, makeLoadable<SQLView>};
+const ClassInfo SQLView::kClassInfo{"SQLView", &SQLTable::kClassInfo, kViewSetters, makeLoadable<SQLView>};
 
 }  // namespace vellicor

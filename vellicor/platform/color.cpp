@@ -11,12 +11,10 @@ namespace {
 
 constexpr std::string_view kSRGBName = "sRGBColorSpace";
 
-bool isDigit(char c) { return c >= '0' && c <= '9'; }
-
 /// Reads token after token; what is not there leaves the place as it is. Blanks in front of a token are skipped.
-class Scanner {
+class ColorScanner {
 public:
-    explicit Scanner(std::string_view text) : _rest(text) {}
+    explicit ColorScanner(std::string_view text) : _rest(text) {}
 
     bool word(std::string_view expected) {
         skipBlanks();
@@ -70,7 +68,7 @@ private:
 
 Color Color::colorWithString(const std::optional<std::string>& text) {
     if (!text) return white();
-    Scanner scanner(*text);
+    ColorScanner scanner(*text);
     Color color;
     scanner.word("{");
     scanner.number(color.red);

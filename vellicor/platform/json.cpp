@@ -13,7 +13,7 @@ namespace vellicor {
 namespace {
 
 /// A tree is walked by recursion, so a text with deeper nesting is refused.
-constexpr std::size_t kDeepestNesting = 1000;
+constexpr std::size_t kDeepestJson = 1000;
 
 nlohmann::json toJson(const Value& value) {
     if (const bool* flag = value.asBoolean()) return *flag;
@@ -83,8 +83,8 @@ private:
 
     template <class Content>
     bool open(Content content) {
-        if (_open.size() == kDeepestNesting)
-            throw SQLException("JSONException", text("more than %lu levels of nesting", kDeepestNesting));
+        if (_open.size() == kDeepestJson)
+            throw SQLException("JSONException", text("more than %lu levels of nesting", kDeepestJson));
         _open.push_back({std::move(content), {}});
         return true;
     }

@@ -14,8 +14,6 @@ namespace vellicor {
 
 namespace {
 
-bool isDigit(char character) { return character >= '0' && character <= '9'; }
-
 bool startsWithDigit(std::string_view text) { return !text.empty() && isDigit(text.front()); }
 
 /// Removes one leading sign; true when it was a minus.

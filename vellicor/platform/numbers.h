@@ -7,6 +7,9 @@
 
 namespace vellicor {
 
+/// An ASCII digit.
+[[nodiscard]] constexpr bool isDigit(char character) { return character >= '0' && character <= '9'; }
+
 /// Leading decimal integer of a text: leading white space, one sign and white space after it are skipped, reading
 /// stops at the first other character, no digit gives 0, overflow clamps to the type's limits. ASCII digits only.
 [[nodiscard]] std::int32_t intValue(std::string_view text);

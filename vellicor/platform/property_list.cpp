@@ -19,7 +19,7 @@ namespace vellicor {
 namespace {
 
 /// A tree is walked by recursion, here and in the library, so a list with deeper nesting is refused.
-constexpr int kDeepestNesting = 256;
+constexpr int kDeepestPropertyList = 256;
 
 constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
 
@@ -60,7 +60,8 @@ bool hasSaneNesting(std::string_view xml) {
         const std::size_t end = xml.find(terminator, start + opening);
         if (end == xml.npos) break;
         if (tag.starts_with("/dict") || tag.starts_with("/array")) --depth;
-        if ((tag.starts_with("dict") || tag.starts_with("array")) && xml[end - 1] != '/' && ++depth > kDeepestNesting)
+        if ((tag.starts_with("dict") || tag.starts_with("array")) && xml[end - 1] != '/' &&
+            ++depth > kDeepestPropertyList)
             return false;
         start = end;
     }
@@ -205,7 +206,7 @@ std::optional<Value> valueFromPropertyList(std::string_view bytes, std::string& 
         return std::nullopt;
     }
     if (isBinaryPropertyList(bytes)) {
-        if (!binaryPropertyListIsSound(bytes, kDeepestNesting)) {
+        if (!binaryPropertyListIsSound(bytes, kDeepestPropertyList)) {
             error = "the binary property list is damaged or nested too deeply";
             return std::nullopt;
         }
