@@ -24,9 +24,11 @@ MariaDBServer::MariaDBServer() {
         return;
     }
     const std::string data = "--datadir=" + (folder() / "data").string();
+    // A server that starts removes the temporary tables of every other one that shares the folder.
+    const std::string temporary = "--tmpdir=" + folder().string();
     _database.clear();  // none yet
-    start({*install, "--no-defaults", data, "--auth-root-authentication-method=normal", "--skip-test-db"},
-          {*mariadbd, "--no-defaults", data, "--socket=" + (folder() / "socket").string(),
+    start({*install, "--no-defaults", data, temporary, "--auth-root-authentication-method=normal", "--skip-test-db"},
+          {*mariadbd, "--no-defaults", data, temporary, "--socket=" + (folder() / "socket").string(),
            "--pid-file=" + (folder() / "pid").string(), "--skip-networking", "--character-set-server=utf8mb4",
            "--innodb-buffer-pool-size=32M", "--innodb-flush-method=nosync", "--innodb-flush-log-at-trx-commit=0",
            "--skip-log-bin"},
