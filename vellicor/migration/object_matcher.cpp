@@ -49,7 +49,7 @@ void join(const std::vector<SQLObject*>& before, std::vector<ObjectMatch>& after
     }
 }
 
-std::vector<SQLObject*> componentsOf(const SQLTable& table) {
+std::vector<SQLObject*> comparedComponents(const SQLTable& table) {
     std::vector<SQLObject*> components;
     if (as<const SQLView>(&table)) return components;  // the rows of a view are made of its query
     for (const auto& component : table.getFields()) components.push_back(component.get());
@@ -79,7 +79,7 @@ ObjectMatcher::ObjectMatcher(const SQLContainer& before, const SQLContainer& aft
 }
 
 std::vector<ObjectMatch> ObjectMatcher::components(const SQLTable& before, const SQLTable& after) const {
-    return matchesOf(componentsOf(before), componentsOf(after));
+    return matchesOf(comparedComponents(before), comparedComponents(after));
 }
 
 SQLObject* ObjectMatcher::successorOf(const SQLObject& before) const {
