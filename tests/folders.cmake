@@ -12,6 +12,7 @@ vellicor_tests(util
 )
 vellicor_tests(types
   data_type_test.cpp
+  translation_test.cpp
 )
 vellicor_tests(model
   container_document_test.cpp
@@ -82,5 +83,6 @@ vellicor_tests(engines
   server.cpp
   sqlite_engine.cpp
   sqlite_engine_test.cpp
-  SUITES MariaDBOn PostgreSQLOn SQLiteOn
+  type_judges_test.cpp
+  SUITES MariaDBOn PostgreSQLOn SQLiteOn TypeJudges
 )
