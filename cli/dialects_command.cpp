@@ -1,15 +1,20 @@
 // cli/dialects_command.cpp — `vellicor dialects`: which dialects there are, and what they can do.
 #include <CLI/CLI.hpp>
+#include <algorithm>
+#include <array>
 #include <memory>
+#include <span>
 
 #include "cli/commands.h"
 #include "cli/dialect_names.h"
+#include "cli/failure.h"
 #include "cli/output.h"
 #include "cli/result.h"
 #include "cli/session.h"
 #include "vellicor/dialects/dialect_manager.h"
 #include "vellicor/export/generic_exporter.h"
 #include "vellicor/platform/text_format.h"
+#include "vellicor/types/type_translation.h"
 
 namespace vellicor::cli {
 
@@ -87,7 +92,57 @@ Value::Map dialectJson(const KnownDialect& dialect) {
             {"capabilities", std::move(capabilities)}};
 }
 
-ExitCode listDialects(const ReportOptions& report) {
+struct DialectsOptions {
+    bool types = false;
+    std::string dialect;
+    ReportOptions report;
+};
+
+std::vector<TypePair> pairsOf(const DialectsOptions& options) {
+    if (options.dialect.empty()) return typePairs();
+    const std::string name = dialectNamed(options.dialect);
+    const auto dialect = typeDialectNamed(name);
+    if (!dialect) throw Failure(kBadUse, text("nothing is known of the types of %@", name));
+    return typePairs(dialect);
+}
+
+ExitCode listTypes(const DialectsOptions& options) {
+    const std::span<const std::string_view> names = typeDialectNames();
+    const auto nameOf = [&](TypeDialect dialect) { return std::string(names[static_cast<std::size_t>(dialect)]); };
+    const std::vector<TypePair> pairs = pairsOf(options);
+    if (options.report.json) {
+        Value::List list;
+        for (const TypePair& pair : pairs)
+            list.push_back(Value::Map{{"from", nameOf(pair.from)},
+                                      {"type", pair.type},
+                                      {"family", std::string(typeFamilyName(pair.family))},
+                                      {"to", nameOf(pair.to)},
+                                      {"translation", pair.translation.text},
+                                      {"grade", std::string(typeGradeName(pair.translation.grade))},
+                                      {"reason", pair.translation.reason}});
+        writeJson({{"types", std::move(list)}});
+        return kDone;
+    }
+    std::vector<std::array<std::string, 6>> lines;
+    std::array<std::size_t, 6> widths{};
+    for (const TypePair& pair : pairs) {
+        lines.push_back({nameOf(pair.from), pair.type, nameOf(pair.to), pair.translation.text,
+                         std::string(typeGradeName(pair.translation.grade)), pair.translation.reason});
+        for (std::size_t i = 0; i < widths.size(); ++i) widths[i] = std::max(widths[i], lines.back()[i].size());
+    }
+    std::string all;
+    for (const auto& line : lines) {
+        std::string row;
+        for (std::size_t i = 0; i < line.size(); ++i) row += line[i] + std::string(widths[i] - line[i].size() + 2, ' ');
+        all += std::string(row, 0, row.find_last_not_of(' ') + 1) + "\n";
+    }
+    Output::standard().write(all);
+    return kDone;
+}
+
+ExitCode listDialects(const DialectsOptions& options) {
+    const ReportOptions& report = options.report;
+    if (options.types) return listTypes(options);
     if (report.json) {
         Value::List list;
         for (const KnownDialect& dialect : allDialects()) list.push_back(dialectJson(dialect));
@@ -103,11 +158,17 @@ ExitCode listDialects(const ReportOptions& report) {
 }  // namespace
 
 void addDialectsCommand(CLI::App& app, Session& session) {
-    auto report = std::make_shared<ReportOptions>();
+    auto options = std::make_shared<DialectsOptions>();
     CLI::App& command =
         *app.add_subcommand("dialects", "list the dialects, their database drivers and what they can do");
-    addJsonOption(command, *report);
-    command.callback([report, &session] { session.choose(*report, [report] { return listDialects(*report); }); });
+    CLI::Option* types = command.add_flag("--types", options->types,
+                                          "what becomes of each type in the other dialects: exact, widening or lossy");
+    command.add_option("-d,--dialect", options->dialect, "the types of this dialect only")
+        ->type_name(kDialectType)
+        ->needs(types);
+    addJsonOption(command, options->report);
+    command.callback(
+        [options, &session] { session.choose(options->report, [options] { return listDialects(*options); }); });
 }
 
 }  // namespace vellicor::cli

@@ -15,6 +15,7 @@
 #include "cli/preference_settings.h"
 #include "cli/progress.h"
 #include "cli/result.h"
+#include "cli/type_translation_options.h"
 #include "vellicor/dialects/sql_dialect_manager.h"
 #include "vellicor/model/container.h"
 #include "vellicor/model/document_info.h"
@@ -36,6 +37,7 @@ struct ExportOptions {
     bool classic = false;
     std::string sort;
     std::string quote;
+    TypeTranslationOptions types;
     PartOptions part;
     PreferenceOptions preferences;
     ReportOptions report;
@@ -92,10 +94,12 @@ std::string script(const Document& document, const std::string& dialect, const E
     const auto exporter = exporterFor(dialect);
     SQLContainer& container = *document.container;
     SQLDocumentInfo& info = *container.documentInfo();
+    const std::string own = info.exportDialect();
     info.setDefaultExportDialect(dialect);
     if (options.drop) info.setDropTableOption(*options.drop);
     container.updateExportDialect();
     keepPart(container, options.part, messages);
+    if (!options.classic) translateTypes(container, own, dialect, options.types, messages);
     exporter->setDocumentInfo(as<SQLDocumentInfo>(info.shared_from_this()));
     return container.exportToSQL(*exporter);
 }
@@ -144,6 +148,7 @@ void addExportCommand(CLI::App& app, Session& session) {
         ->check(CLI::IsMember(quotingModeNames()));
     command.add_flag("--honor-ignore", options->honorIgnore, "leave out what the document marks as not to be exported");
     command.add_flag("--classic", options->classic, "the classic text, even where the database would refuse it");
+    addTypesOption(command, options->types);
     addPartOptions(command, options->part);
     completeDocumentCommand(command, session, options, exportDocument);
 }

@@ -117,13 +117,33 @@ TEST(Tool, AnExistingOutputSurvivesFailures) {
 TEST(ToolExport, WritesEveryDialect) {
     ToolRun tool;
     for (const std::string& dialect : kDialects) {
-        const Outcome outcome = tool({"export", kShop, "-d", dialect});
+        const Outcome outcome = tool({"export", kShop, "-d", dialect, "--types", "keep"});
         EXPECT_EQ(outcome.code, 0) << dialect;
         EXPECT_THAT(outcome.out, HasSubstr("CREATE TABLE ")) << dialect;
         EXPECT_EQ(outcome.err, "") << dialect;
     }
     EXPECT_EQ(tool({"export", kShop, "-o", "."}).code, 0);
     EXPECT_EQ(tool.content("shop.sql"), tool({"export", "-", "-o", "-"}, ToolRun::read(kShop)).out);
+}
+
+TEST(ToolExport, TranslatesTypesForAnotherDialect) {
+    ToolRun tool;
+    tool.write("d.xml", document("<SQLTable><name>t</name><SQLField><name>a</name><type>int(11)</type><unsigned>1</unsigned>"
+                                 "<autoIncrement>1</autoIncrement><primaryKey>1</primaryKey></SQLField>"
+                                 "<SQLField><name>b</name><type>enum('x','it''s')</type><defaultValue>x</defaultValue></SQLField>"
+                                 "<SQLField><name>C</name><type>time</type><defaultValue>nothing()</defaultValue>"
+                                 "<noQuoteDefault>1</noQuoteDefault></SQLField></SQLTable>"
+                                 "<SQLDocumentInfo><exportDialect>mysql</exportDialect></SQLDocumentInfo>"));
+    const Outcome made = tool({"export", "d.xml", "-d", "pg"});
+    EXPECT_THAT(made.out, AllOf(HasSubstr("a BIGSERIAL"), HasSubstr("b VARCHAR(4) DEFAULT 'x' CHECK"),
+                                HasSubstr("(b IN ('x','it''s'))"), Not(HasSubstr("nothing"))));
+    EXPECT_THAT(made.err, AllOf(HasSubstr("column t.C: the type time: TIME(0) stops at 24 hours"),
+                                HasSubstr("column t.C: the default nothing()")));
+    EXPECT_EQ(tool({"export", "d.xml", "-d", "pg", "--strict"}).code, 1);
+    EXPECT_THAT(tool({"export", "d.xml", "-d", "pg", "--types", "keep"}).out, HasSubstr("b enum "));
+    EXPECT_EQ(tool({"export", "d.xml"}).err, "");
+    EXPECT_THAT(tool({"dialects", "--types", "-d", "sqlite3"}).out,
+                AllOf(StartsWith("SQLite  INTEGER "), HasSubstr("postgres   BIGINT "), Not(HasSubstr("TINYTEXT"))));
 }
 
 TEST(ToolExport, TakesTheDialectFromTheDocumentOrByAnyOfItsNames) {

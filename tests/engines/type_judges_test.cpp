@@ -8,7 +8,11 @@
 
 #include "tests/engines/server.h"
 #include "tests/engines/sqlite_engine.h"
+#include "tests/support/dialect_text.h"
+#include "tests/support/scoped_preference.h"
+#include "vellicor/export/document_translation.h"
 #include "vellicor/platform/numbers.h"
+#include "vellicor/platform/preference_keys.h"
 #include "vellicor/platform/text.h"
 #include "vellicor/types/type_text.h"
 #include "vellicor/types/type_translation.h"
@@ -304,6 +308,42 @@ TEST_F(TypeJudges, TranslatedColumnsHoldTheBoundaryValues) {
     }
     RecordProperty("held", held);
     RecordProperty("lost", lost);
+}
+
+/// A design in the words of its own dialect; the first table refers to the second.
+struct Design {
+    std::string dialect;
+    std::string description;
+};
+const Design kDesigns[] = {
+    {"mysql",
+     "u(id BIGINT~UNSIGNED pk auto; name VARCHAR(255) unique);;"
+     "t(id INT pk auto; u BIGINT~UNSIGNED -> u.id; kind ENUM('a','it''s') default=a; yes TINYINT(1) default=1;"
+     " flag BOOL expression=TRUE; born DATE; made DATETIME(3) expression=CURRENT_TIMESTAMP(3);"
+     " data MEDIUMBLOB; doc JSON; price DECIMAL(10,2) default=0.00; note MEDIUMTEXT; bits BIT(4) expression=b'0101';"
+     " constraint c CHECK [`price` >= 0 and char_length(`note`) < 9])"},
+    {"postgres",
+     "u(id uuid pk expression=gen_random_uuid(); code text unique);;"
+     "t(id serial pk; u uuid -> u.id; code text -> u.code; flag boolean expression=true; tags text[] "
+     "expression='{}'::text[];"
+     " made timestamp(6) expression=now(); day date expression=CURRENT_DATE; doc jsonb; data bytea;"
+     " state varchar(9) expression='new'::character~varying; num numeric(12,2) expression=0; wide varchar(9000);"
+     " wider varchar(9000); constraint c CHECK [(state)::text = ANY ((ARRAY['new'::character varying, 'old'])::text[])])"},
+    {"SQLite",
+     "u(id INTEGER pk auto; name VARCHAR(40) unique);;"
+     "t(id INTEGER pk auto; u INTEGER -> u.id; flag BOOLEAN default=0; made DATETIME expression=CURRENT_TIMESTAMP;"
+     " price DECIMAL(10,2) default=1.50; note TEXT; data BLOB; constraint c CHECK [length(note) == 3])"}};
+
+TEST_F(TypeJudges, TranslatedDocumentsRun) {
+    ScopedPreference runnable(prefs::runnableScripts);
+    for (const Design& design : kDesigns)
+        for (const auto& [to, engine] : _engines) {
+            auto made = document(design.description);
+            translateDocument(*made, design.dialect, to);
+            engine->clear();
+            const std::string script = scriptOf(to, *made);
+            EXPECT_EQ(engine->run(script), "") << design.dialect << " to " << to << "\n" << script;
+        }
 }
 
 }  // namespace

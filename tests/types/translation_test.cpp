@@ -23,7 +23,7 @@ const TypeCase types[] = {
     {"mysql", "postgres", "int(11) unsigned zerofill", "BIGINT", kWidening, "takes more"},
     {"mysql", "postgres", "varchar(20) character set latin1 collate latin1_bin", "VARCHAR(20)", kExact, ""},
     {"POSTGRES", "Oracle", "timestamp (3)  with time zone", "TIMESTAMP(3) WITH LOCAL TIME ZONE", kLossy,
-     "years -4712 to 9999"},
+     "holds years -4712 to 9999"},
     {"postgres", "mysql", "integer[]", "LONGTEXT", kWidening, "keeps the array as its text"},
     {"SQLServer", "mysql", "nvarchar(max)", "LONGTEXT", kExact, ""},
     {"Oracle", "postgres", "INTERVAL DAY(2) TO SECOND(6)", "INTERVAL", kWidening, "takes more"},

@@ -12,9 +12,6 @@ namespace vellicor {
 
 namespace {
 
-using Kind = ExpressionToken::Kind;
-using enum TypeDialect;
-
 // Words that mean the same everywhere.
 constexpr std::string_view kCommonWords[] = {"AND",  "OR",   "NOT",  "IN",   "IS",   "NULL", "BETWEEN",
                                              "LIKE", "CASE", "WHEN", "THEN", "ELSE", "END"};
@@ -52,13 +49,13 @@ constexpr std::string_view kForeignWords[] = {"ALL",
                                               "CURRENT_TIMESTAMP"};
 constexpr std::string_view kCommonSymbols[] = {"=", "<>", "<", ">", "<=", ">=", "+", "-", "*", "(", ")", ",", "."};
 
-bool contains(std::span<const std::string_view> words, std::string_view word) {
+bool isAmong(std::span<const std::string_view> words, std::string_view word) {
     return std::ranges::any_of(words, [&](std::string_view own) { return equalIgnoringCase(own, word); });
 }
 
 bool hasTruthWords(TypeDialect dialect) {
-    return dialect == Generic || dialect == OpenBase || dialect == Postgres || dialect == Redshift ||
-           dialect == MySQL || dialect == SQLite;
+    return dialect == TypeDialect::Generic || dialect == TypeDialect::OpenBase || dialect == TypeDialect::Postgres ||
+           dialect == TypeDialect::Redshift || dialect == TypeDialect::MySQL || dialect == TypeDialect::SQLite;
 }
 
 /// "= ANY (ARRAY[…])" is "IN (…)", "<> ALL (ARRAY[…])" is "NOT IN (…)".
@@ -75,12 +72,12 @@ void writeListsAsIn(ExpressionTokens& tokens) {
         while (end < tokens.size() && !tokens[end].isSymbol("]")) ++end;
         if (end + brackets >= tokens.size()) continue;
         ExpressionTokens in;
-        if (!isAny) in.push_back({Kind::Word, "NOT", true, {}});
-        in.push_back({Kind::Word, "IN", true, {}});
-        in.push_back({Kind::Symbol, "(", true, {}});
+        if (!isAny) in.push_back({ExpressionKind::Word, "NOT", true, {}});
+        in.push_back({ExpressionKind::Word, "IN", true, {}});
+        in.push_back({ExpressionKind::Symbol, "(", true, {}});
         for (std::size_t k = list + 2; k < end; ++k) in.push_back(tokens[k]);
         if (end > list + 2) in[isAny ? 2 : 3].isSpaced = false;
-        in.push_back({Kind::Symbol, ")", false, {}});
+        in.push_back({ExpressionKind::Symbol, ")", false, {}});
         const auto at = [&](std::size_t position) { return tokens.begin() + static_cast<std::ptrdiff_t>(position); };
         tokens.erase(at(i), at(end + 1 + brackets));
         tokens.insert(at(i), in.begin(), in.end());
@@ -93,38 +90,42 @@ std::optional<std::string> sayToken(TypeDialect from, TypeDialect to, Expression
     const auto setSymbol = [&](const char* text) { token.text = text; };
     const auto isTold = [&](const ExpressionToken& other) { return text("'%@' has no counterpart", other.text); };
     switch (token.kind) {
-        case Kind::Name:
-        case Kind::Number: return std::nullopt;
-        case Kind::Text: {
+        case ExpressionKind::Name:
+        case ExpressionKind::Number: return std::nullopt;
+        case ExpressionKind::Text: {
             const bool isText =
                 token.prefix.empty() || token.prefix == "n" || token.prefix == "e" || token.prefix.starts_with('_');
             if (!isText) return text("%@'%@' is written in another way", token.prefix, token.text);
             return std::nullopt;
         }
-        case Kind::Symbol:
+        case ExpressionKind::Symbol:
             if (token.text == "==") setSymbol("=");
             if (token.text == "!=") setSymbol("<>");
             if (token.text == "~~" || token.text == "!~~") {
                 const bool isNegated = token.text == "!~~";
-                token = {Kind::Word, isNegated ? "NOT LIKE" : "LIKE", true, {}};
+                token = {ExpressionKind::Word, isNegated ? "NOT LIKE" : "LIKE", true, {}};
                 return std::nullopt;
             }
-            if (contains(kCommonSymbols, token.text)) return std::nullopt;
-            if (token.text == "%" && from != Oracle && to != Oracle && to != FileMaker) return std::nullopt;
-            if (token.text == "||" && from != MySQL && to != MySQL && to != SQLServer && to != Sybase)
+            if (isAmong(kCommonSymbols, token.text)) return std::nullopt;
+            if (token.text == "%" && from != TypeDialect::Oracle && to != TypeDialect::Oracle &&
+                to != TypeDialect::FileMaker)
+                return std::nullopt;
+            if (token.text == "||" && from != TypeDialect::MySQL && to != TypeDialect::MySQL &&
+                to != TypeDialect::SQLServer && to != TypeDialect::Sybase)
                 return std::nullopt;
             // A quotient of whole numbers is whole in some, and not in MySQL and Oracle.
-            if (token.text == "/" && (from == MySQL || from == Oracle) == (to == MySQL || to == Oracle))
+            if (token.text == "/" && (from == TypeDialect::MySQL || from == TypeDialect::Oracle) ==
+                                         (to == TypeDialect::MySQL || to == TypeDialect::Oracle))
                 return std::nullopt;
             return isTold(token);
-        case Kind::Word: break;
+        case ExpressionKind::Word: break;
     }
-    if (contains(kCommonWords, token.text)) return std::nullopt;
+    if (isAmong(kCommonWords, token.text)) return std::nullopt;
     if (token.isWord("TRUE") || token.isWord("FALSE")) {
-        if (!hasTruthWords(to)) token = {Kind::Number, token.isWord("TRUE") ? "1" : "0", token.isSpaced, {}};
+        if (!hasTruthWords(to)) token = {ExpressionKind::Number, token.isWord("TRUE") ? "1" : "0", token.isSpaced, {}};
         return std::nullopt;
     }
-    if (contains(kForeignWords, token.text)) return isTold(token);
+    if (isAmong(kForeignWords, token.text)) return isTold(token);
     if (i + 1 == tokens.size() || !tokens[i + 1].isSymbol("(")) return std::nullopt;
     for (const FunctionWords& function : functionWords()) {
         if (!hasWord(function.names[static_cast<std::size_t>(from)], token.text)) continue;

@@ -12,9 +12,6 @@ namespace vellicor {
 
 namespace {
 
-using Kind = ExpressionToken::Kind;
-using enum TypeDialect;
-
 struct Default {
     TypeDialect from, to;
     std::optional<TypeFamily> family, newFamily;
@@ -27,7 +24,7 @@ ValueTranslation value(std::string text) { return {std::move(text), TypeGrade::E
 ValueTranslation expression(std::string text) { return {std::move(text), TypeGrade::Exact, {}, true, false}; }
 ValueTranslation lost(std::string reason) { return {{}, TypeGrade::Lossy, std::move(reason), false, false}; }
 
-std::string_view nameOf(TypeDialect dialect) { return typeDialectNames()[static_cast<std::size_t>(dialect)]; }
+std::string_view dialectName(TypeDialect dialect) { return typeDialectNames()[static_cast<std::size_t>(dialect)]; }
 
 std::optional<bool> truthOf(std::string_view word) {
     static constexpr std::string_view kTrue[] = {"true", "t", "1", "yes", "y", "on"};
@@ -39,8 +36,9 @@ std::optional<bool> truthOf(std::string_view word) {
 }
 
 ValueTranslation truth(const Default& column, bool isTrue) {
-    const bool hasWords = column.newFamily == TypeFamily::Boolean &&
-                          (column.to == Generic || column.to == Postgres || column.to == Redshift);
+    const bool hasWords =
+        column.newFamily == TypeFamily::Boolean &&
+        (column.to == TypeDialect::Generic || column.to == TypeDialect::Postgres || column.to == TypeDialect::Redshift);
     return expression(hasWords ? (isTrue ? "TRUE" : "FALSE") : (isTrue ? "1" : "0"));
 }
 
@@ -58,7 +56,7 @@ std::optional<ValueTranslation> meaningOf(const Default& column, std::string_vie
     const std::string word = plainWord(text);
     for (const ValueWords& row : valueWords()) {
         bool isMeant = hasWord(row.words[static_cast<std::size_t>(column.from)], word);
-        if (column.from == Generic)
+        if (column.from == TypeDialect::Generic)
             isMeant = std::ranges::any_of(row.words, [&](std::string_view cell) { return hasWord(cell, word); });
         if (!isMeant && !hasWord(removingCharacters(row.words[static_cast<std::size_t>(column.from)], "%"), word))
             continue;
@@ -68,10 +66,19 @@ std::optional<ValueTranslation> meaningOf(const Default& column, std::string_vie
         if (meaning == ValueMeaning::Now && column.newFamily == TypeFamily::Time) meaning = ValueMeaning::TimeOfDay;
         const auto said = std::ranges::find(valueWords(), meaning, &ValueWords::meaning);
         const std::string_view cell = writtenWord(said->words[static_cast<std::size_t>(column.to)]);
-        if (cell.empty()) return lost(vellicor::text("%@ has no word for %@ in a default", nameOf(column.to), text));
+        if (cell.empty())
+            return lost(vellicor::text("%@ has no word for %@ in a default", dialectName(column.to), text));
+        // A clock as a text is only for who casts by itself.
+        const bool casts = column.to == TypeDialect::Generic || column.to == TypeDialect::SQLite ||
+                           column.to == TypeDialect::Postgres || column.to == TypeDialect::Redshift;
+        if (column.newFamily == TypeFamily::Text && row.meaning != ValueMeaning::NewUuid &&
+            row.meaning != ValueMeaning::User && !casts)
+            return lost(vellicor::text("%@ takes no time as the default of a text", dialectName(column.to)));
+        if (!cell.ends_with('%')) return expression(std::string(cell));
+        const bool isFine = column.newFamily == TypeFamily::Timestamp && column.options.fraction != 0;
         const std::string digits =
-            column.options.fraction ? vellicor::text("(%lu)", std::uint64_t{column.options.fraction}) : std::string();
-        return expression(replacingAll(cell, "%", digits));
+            isFine ? vellicor::text("(%lu)", std::uint64_t{column.options.fraction}) : std::string();
+        return expression(std::string(cell.substr(0, cell.size() - 1)) + digits);
     }
     return std::nullopt;
 }
@@ -80,13 +87,13 @@ bool isHex(std::string_view text) { return text.find_first_not_of("0123456789abc
 
 ValueTranslation bytes(const Default& column, const std::string& hex) {
     switch (column.to) {
-        case Postgres: return expression(text("'\\x%@'", hex));
-        case Oracle: return expression(text("'%@'", hex));
-        case SQLServer:
-        case Sybase: return expression("0x" + hex);
-        case Redshift:
-        case FileMaker:
-        case OpenBase: return lost("bytes have no literal");
+        case TypeDialect::Postgres: return expression(text("'\\x%@'", hex));
+        case TypeDialect::Oracle: return expression(text("'%@'", hex));
+        case TypeDialect::SQLServer:
+        case TypeDialect::Sybase: return expression("0x" + hex);
+        case TypeDialect::Redshift:
+        case TypeDialect::FileMaker:
+        case TypeDialect::OpenBase: return lost("bytes have no literal");
         default: return expression(text("X'%@'", hex));
     }
 }
@@ -95,21 +102,22 @@ ValueTranslation literal(const Default& column, const ExpressionToken& token) {
     if (token.prefix == "b" && column.family == TypeFamily::Boolean)
         if (const auto isTrue = truthOf(token.text)) return truth(column, *isTrue);
     if (token.prefix == "b" && column.newFamily == TypeFamily::Bits)
-        return expression(text("%@'%@'", column.to == MySQL ? "b" : "B", token.text));
+        return expression(text("%@'%@'", column.to == TypeDialect::MySQL ? "b" : "B", token.text));
     if (token.prefix == "x" && column.newFamily == TypeFamily::Binary) return bytes(column, token.text);
     if (column.family == TypeFamily::Binary && token.text.starts_with("\\x") && isHex(token.text.substr(2)))
         return bytes(column, token.text.substr(2));
     if (column.family == TypeFamily::Boolean)
         if (const auto isTrue = truthOf(token.text)) return truth(column, *isTrue);
-    return value(textOf(column.to == MySQL ? Generic : column.to, {token}));
+    return value(textOf(column.to == TypeDialect::MySQL ? TypeDialect::Generic : column.to, {token}));
 }
 
 bool isSigned(const ExpressionTokens& tokens) {
-    return tokens.size() == 2 && tokens[1].kind == Kind::Number && (tokens[0].isSymbol("-") || tokens[0].isSymbol("+"));
+    return tokens.size() == 2 && tokens[1].kind == ExpressionKind::Number &&
+           (tokens[0].isSymbol("-") || tokens[0].isSymbol("+"));
 }
 
 ValueTranslation calculated(const Default& column, std::string_view text) {
-    ValueTranslation made = translateCheck(nameOf(column.from), nameOf(column.to), text);
+    ValueTranslation made = translateCheck(dialectName(column.from), dialectName(column.to), text);
     if (made.grade == TypeGrade::Exact) made.text = vellicor::text("(%@)", made.text);
     return made;
 }
@@ -134,19 +142,20 @@ ValueTranslation translateDefault(std::string_view from, std::string_view to, st
     eraseCasts(tokens);
     eraseOuterBrackets(tokens);
     if (tokens.empty()) return value({});
-    if (auto meant = meaningOf(column, textOf(*source, tokens)); meant && tokens.front().kind == Kind::Word)
+    if (auto meant = meaningOf(column, textOf(*source, tokens)); meant && tokens.front().kind == ExpressionKind::Word)
         return *meant;
     if (tokens.front().isWord("nextval")) return {{}, TypeGrade::Exact, {}, true, true};
     if (tokens.size() == 1) {
         const ExpressionToken& token = tokens.front();
         if (token.isWord("NULL")) return expression("NULL");
-        if (token.kind == Kind::Text) return literal(column, token);
-        if (token.kind == Kind::Number && token.text.starts_with("0x") && column.newFamily == TypeFamily::Binary)
+        if (token.kind == ExpressionKind::Text) return literal(column, token);
+        if (token.kind == ExpressionKind::Number && token.text.starts_with("0x") &&
+            column.newFamily == TypeFamily::Binary)
             return bytes(column, token.text.substr(2));
-        if (column.family == TypeFamily::Boolean || token.kind == Kind::Word)
+        if (column.family == TypeFamily::Boolean || token.kind == ExpressionKind::Word)
             if (const auto isTrue = truthOf(token.text); isTrue && !column.isText()) return truth(column, *isTrue);
     }
-    const bool isNumber = (tokens.size() == 1 && tokens[0].kind == Kind::Number) || isSigned(tokens);
+    const bool isNumber = (tokens.size() == 1 && tokens[0].kind == ExpressionKind::Number) || isSigned(tokens);
     if (isNumber) return {textOf(*target, tokens), TypeGrade::Exact, {}, options.isExpression, false};
     const bool isCall = std::ranges::any_of(tokens, [](const auto& token) { return token.isSymbol("("); });
     if (!options.isExpression && !isCall) return value(std::string(text));

@@ -10,13 +10,11 @@ namespace vellicor {
 
 namespace {
 
-using Kind = ExpressionToken::Kind;
-
 bool isDigit(char c) { return c >= '0' && c <= '9'; }
-bool isWordStart(char c) {
+bool isNameStart(char c) {
     return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || c == '_' || static_cast<unsigned char>(c) >= 0x80;
 }
-bool isWordPart(char c) { return isWordStart(c) || isDigit(c) || c == '$' || c == '#'; }
+bool isNamePart(char c) { return isNameStart(c) || isDigit(c) || c == '$' || c == '#'; }
 bool isSpace(char c) { return c == ' ' || (c >= '\t' && c <= '\r'); }
 bool isOperator(char c) { return std::string_view("+-*/<>=~!@#%^&|?:").find(c) != std::string_view::npos; }
 
@@ -27,18 +25,18 @@ public:
     ExpressionTokens tokens() {
         while (skipSpace(), _position < _text.size()) {
             const char c = _text[_position];
-            if (isWordStart(c))
+            if (isNameStart(c))
                 addWord();
             else if (isDigit(c) || (c == '.' && isDigit(at(1))))
                 addNumber();
             else if (c == '\'')
-                add(Kind::Text, quoted('\''));
+                add(ExpressionKind::Text, quoted('\''));
             else if (c == '"')
-                add(_dialect == TypeDialect::MySQL ? Kind::Text : Kind::Name, quoted('"'));
+                add(_dialect == TypeDialect::MySQL ? ExpressionKind::Text : ExpressionKind::Name, quoted('"'));
             else if (c == '`')
-                add(Kind::Name, quoted('`'));
+                add(ExpressionKind::Name, quoted('`'));
             else if (c == '[' && bracketsNames())
-                add(Kind::Name, quoted(']'));
+                add(ExpressionKind::Name, quoted(']'));
             else
                 addSymbol();
         }
@@ -51,7 +49,7 @@ private:
         return _dialect == TypeDialect::SQLServer || _dialect == TypeDialect::Sybase || _dialect == TypeDialect::SQLite;
     }
 
-    void add(Kind kind, std::string text, std::string prefix = {}) {
+    void add(ExpressionKind kind, std::string text, std::string prefix = {}) {
         _tokens.push_back({kind, std::move(text), std::exchange(_isSpaced, false), std::move(prefix)});
     }
 
@@ -99,7 +97,7 @@ private:
 
     void addWord() {
         std::size_t end = _position;
-        while (end < _text.size() && isWordPart(_text[end])) ++end;
+        while (end < _text.size() && isNamePart(_text[end])) ++end;
         std::string word(_text.substr(_position, end - _position));
         _position = end;
         // N'…', B'…', _utf8mb4'…' and their like are texts.
@@ -107,9 +105,9 @@ private:
         const bool isPrefix =
             prefix == "n" || prefix == "e" || prefix == "b" || prefix == "x" || prefix.starts_with('_');
         if (at(0) == '\'' && isPrefix)
-            add(Kind::Text, quoted('\'', prefix == "e"), prefix);
+            add(ExpressionKind::Text, quoted('\'', prefix == "e"), prefix);
         else
-            add(Kind::Word, std::move(word));
+            add(ExpressionKind::Word, std::move(word));
     }
 
     void addNumber() {
@@ -117,8 +115,8 @@ private:
         const auto isExponentSign = [&] {
             return (_text[end] == '+' || _text[end] == '-') && (_text[end - 1] | 32) == 'e';
         };
-        while (end < _text.size() && (isWordPart(_text[end]) || _text[end] == '.' || isExponentSign())) ++end;
-        add(Kind::Number, std::string(_text.substr(_position, end - _position)));
+        while (end < _text.size() && (isNamePart(_text[end]) || _text[end] == '.' || isExponentSign())) ++end;
+        add(ExpressionKind::Number, std::string(_text.substr(_position, end - _position)));
         _position = end;
     }
 
@@ -127,7 +125,7 @@ private:
         if (isOperator(_text[_position]))
             // A sign behind an operator is of the number that follows.
             while (end < _text.size() && isOperator(_text[end]) && _text[end] != '-' && _text[end] != '+') ++end;
-        add(Kind::Symbol, std::string(_text.substr(_position, end - _position)));
+        add(ExpressionKind::Symbol, std::string(_text.substr(_position, end - _position)));
         _position = end;
     }
 
@@ -170,7 +168,7 @@ std::size_t behindType(const ExpressionTokens& tokens, std::size_t start) {
 }  // namespace
 
 bool ExpressionToken::isWord(std::string_view word) const {
-    return kind == Kind::Word && equalIgnoringCase(text, word);
+    return kind == ExpressionKind::Word && equalIgnoringCase(text, word);
 }
 
 ExpressionTokens tokensOf(TypeDialect dialect, std::string_view expression) {
@@ -209,12 +207,12 @@ std::string textOf(TypeDialect dialect, const ExpressionTokens& tokens) {
     std::string all;
     for (const ExpressionToken& token : tokens) {
         if (token.isSpaced && !all.empty()) all += ' ';
-        if (token.kind == Kind::Name && foldsNames && isPlainName(token.text)) {
+        if (token.kind == ExpressionKind::Name && foldsNames && isPlainName(token.text)) {
             all += token.text;
-        } else if (token.kind == Kind::Name) {
+        } else if (token.kind == ExpressionKind::Name) {
             const std::string end = isMySQL ? "`" : hasBrackets ? "]" : "\"";
             all += (hasBrackets ? "[" : end) + replacingAll(token.text, end, end + end) + end;
-        } else if (token.kind == Kind::Text) {
+        } else if (token.kind == ExpressionKind::Text) {
             all += textLiteral(isMySQL ? replacingAll(token.text, "\\", "\\\\") : token.text);
         } else {
             all += token.text;

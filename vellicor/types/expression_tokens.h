@@ -21,6 +21,7 @@ struct ExpressionToken {
     [[nodiscard]] bool isSymbol(std::string_view symbol) const { return kind == Kind::Symbol && text == symbol; }
     [[nodiscard]] bool isWord(std::string_view word) const;
 };
+using ExpressionKind = ExpressionToken::Kind;
 using ExpressionTokens = std::vector<ExpressionToken>;
 
 /// Comments are white space. Quotes are those of the dialect: in MySQL double ones hold a text, and a backslash

@@ -52,7 +52,7 @@ enum class TypeFamily : std::uint8_t {
 [[nodiscard]] std::string_view typeFamilyName(TypeFamily family);
 
 namespace type_flags {
-enum : unsigned {
+enum Flag : unsigned {
     kReadOnly = 1U << 0,   ///< understood, never chosen
     kFixed = 1U << 1,      ///< text or binary padded to its length
     kNarrow = 1U << 2,     ///< text of one code page, not of Unicode

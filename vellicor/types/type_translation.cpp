@@ -13,14 +13,12 @@ namespace vellicor {
 
 namespace {
 
-using namespace type_flags;
-
 constexpr std::string_view kGradeNames[] = {"exact", "widening", "lossy", "unknown"};
 // Where generic looks for a name that is not its own.
 constexpr TypeDialect kKnownBest[] = {TypeDialect::Postgres, TypeDialect::MySQL,  TypeDialect::SQLServer,
                                       TypeDialect::Oracle,   TypeDialect::SQLite, TypeDialect::Sybase};
 
-struct Place {
+struct TypePlace {
     const TypeRow* row = nullptr;
     std::string size;
     TypeValues values;
@@ -36,9 +34,9 @@ std::string sizeFor(const TypeRow& row, const TypeValues& values) {
     switch (row.family) {
         case TypeFamily::Decimal:
         case TypeFamily::Money: {
-            const bool isUnlimited = values.digits + values.fraction > most && row.has(kUnlimited);
+            const bool isUnlimited = values.digits + values.fraction > most && row.has(type_flags::kUnlimited);
             if (most == 0 || isUnlimited) return {};
-            if (row.has(kAnything) && values.digits + values.fraction > most) return {};
+            if (row.has(type_flags::kAnything) && values.digits + values.fraction > most) return {};
             std::uint64_t fraction =
                 std::min({values.fraction, static_cast<std::uint64_t>(std::max<std::int64_t>(row.low, 0)), most});
             // Of what is too much on both sides of the point, the side before it gets more.
@@ -46,14 +44,15 @@ std::string sizeFor(const TypeRow& row, const TypeValues& values) {
             return digitsText(std::min(values.digits, most - fraction), fraction);
         }
         case TypeFamily::Bits:
-            return row.has(kVarying) && row.usual == 0 && values.digits >= most
+            return row.has(type_flags::kVarying) && row.usual == 0 && values.digits >= most
                        ? std::string()
                        : std::to_string(std::min(values.digits, most));
         case TypeFamily::Text: {
             if (most == 0) return {};
-            const bool isCounted = row.has(kBytes) && !(row.has(kCharWord) && values.characters != values.bytes);
+            const bool isCounted =
+                row.has(type_flags::kBytes) && !(row.has(type_flags::kCharWord) && values.characters != values.bytes);
             const std::uint64_t length = std::min(isCounted ? values.bytes : values.characters, most);
-            return std::to_string(length) + (row.has(kBytes) && !isCounted ? " CHAR" : "");
+            return std::to_string(length) + (row.has(type_flags::kBytes) && !isCounted ? " CHAR" : "");
         }
         case TypeFamily::Binary: return most == 0 ? std::string() : std::to_string(std::min(values.bytes, most));
         case TypeFamily::Time:
@@ -69,35 +68,37 @@ std::string sizeFor(const TypeRow& row, const TypeValues& values) {
 bool isLength(TypeFamily family) { return family == TypeFamily::Text || family == TypeFamily::Binary; }
 
 bool isCandidate(const TypeRow& row, const TypeValues& values, TypeOptions options) {
-    if (row.has(kReadOnly) || row.family != values.family) return false;
+    if (row.has(type_flags::kReadOnly) || row.family != values.family) return false;
     // Padding is for what is padded.
-    return !(row.has(kFixed) && !values.has(kFixed)) && !(options.counts && row.family != TypeFamily::Integer);
+    return !(row.has(type_flags::kFixed) && !values.has(type_flags::kFixed)) &&
+           !(options.counts && row.family != TypeFamily::Integer);
 }
 
-Place placed(const TypeRow& row, const TypeValues& values) {
-    Place place{&row, sizeFor(row, values), {}};
+TypePlace placed(const TypeRow& row, const TypeValues& values) {
+    TypePlace place{&row, sizeFor(row, values), {}};
     place.values = valuesOf(row, TypeText::parsed(text("%@(%@)", row.name(), place.size)));
     return place;
 }
 
 /// The row that fits best, the first of them; null unless it fits as well as asked.
-std::optional<Place> placeIn(TypeDialect dialect, const TypeValues& values, TypeOptions options, TypeFit least) {
-    std::optional<Place> best;
+std::optional<TypePlace> placeIn(TypeDialect dialect, const TypeValues& values, TypeOptions options, TypeFit least) {
+    std::optional<TypePlace> best;
     TypeFit bestFit = TypeFit::None;
     // What is padded stays so if it can; what has no length gets none if it need not.
     for (const bool isFixed : {true, false}) {
         for (const bool isSized : {false, true}) {
-            if (isSized && values.has(kUnsized) && bestFit == TypeFit::All) break;
+            if (isSized && values.has(type_flags::kUnsized) && bestFit == TypeFit::All) break;
             for (const TypeRow& row : typesOf(dialect)) {
-                const bool comesNow = !values.has(kUnsized) || !isLength(row.family) || (row.most != 0) == isSized;
-                if (row.has(kFixed) != isFixed || !comesNow || !isCandidate(row, values, options)) continue;
-                Place place = placed(row, values);
+                const bool comesNow =
+                    !values.has(type_flags::kUnsized) || !isLength(row.family) || (row.most != 0) == isSized;
+                if (row.has(type_flags::kFixed) != isFixed || !comesNow || !isCandidate(row, values, options)) continue;
+                TypePlace place = placed(row, values);
                 const TypeFit fit = fitOf(place.values, values);
                 if (best && (fit < bestFit || (fit == bestFit && fit != TypeFit::None))) continue;
                 bestFit = fit;
                 best = std::move(place);
             }
-            if (!values.has(kUnsized)) break;
+            if (!values.has(type_flags::kUnsized)) break;
         }
         if (bestFit == TypeFit::All) break;
     }
@@ -105,7 +106,8 @@ std::optional<Place> placeIn(TypeDialect dialect, const TypeValues& values, Type
 }
 
 bool isSame(const TypeValues& a, const TypeValues& b) {
-    return !a.has(kAnything) && a.family == b.family && fitOf(a, b) == TypeFit::All && fitOf(b, a) == TypeFit::All;
+    return !a.has(type_flags::kAnything) && a.family == b.family && fitOf(a, b) == TypeFit::All &&
+           fitOf(b, a) == TypeFit::All;
 }
 
 struct Source {
@@ -134,17 +136,17 @@ std::string_view sqliteNameFor(std::string_view name) {
 /// "VARCHAR stops at 65,535 bytes": why a text with a length became one without.
 std::string limitText(TypeDialect dialect, const TypeValues& values) {
     for (const TypeRow& row : typesOf(dialect))
-        if (row.family == values.family && row.most != 0 && !row.has(kReadOnly | kFixed) &&
-            (values.has(kNarrow) || !row.has(kNarrow)))
+        if (row.family == values.family && row.most != 0 && !row.has(type_flags::kReadOnly | type_flags::kFixed) &&
+            (values.has(type_flags::kNarrow) || !row.has(type_flags::kNarrow)))
             return text("%@ stops at %@", row.name(),
-                        row.high
-                            ? lengthText(row.high, "bytes")
-                            : lengthText(row.most,
-                                         row.has(kBytes) || row.family == TypeFamily::Binary ? "bytes" : "characters"));
+                        row.high ? lengthText(row.high, "bytes")
+                                 : lengthText(row.most, row.has(type_flags::kBytes) || row.family == TypeFamily::Binary
+                                                            ? "bytes"
+                                                            : "characters"));
     return "takes more";
 }
 
-std::string reasonFor(TypeDialect to, const Place& place, const TypeValues& own, const TypeValues& values,
+std::string reasonFor(TypeDialect to, const TypePlace& place, const TypeValues& own, const TypeValues& values,
                       TypeGrade grade) {
     if (grade == TypeGrade::Lossy) return lossOf(place.values, values);
     const TypeFamily family = place.row->family;
@@ -153,9 +155,10 @@ std::string reasonFor(TypeDialect to, const Place& place, const TypeValues& own,
     if (family == TypeFamily::Text && own.family != TypeFamily::Text)
         return text("keeps the %@ as its text",
                     own.family == TypeFamily::Worded ? "value" : typeFamilyName(own.family));
-    if (place.row->has(kAnything)) return "the engine keeps no limits";
+    if (place.row->has(type_flags::kAnything)) return "the engine keeps no limits";
     if (family != own.family) return text("%@ in place of %@", typeFamilyName(family), typeFamilyName(own.family));
-    return isLength(family) && !own.has(kUnsized) && place.row->most == 0 ? limitText(to, own) : "takes more";
+    return isLength(family) && !own.has(type_flags::kUnsized) && place.row->most == 0 ? limitText(to, own)
+                                                                                      : "takes more";
 }
 
 TypeTranslation unknownType(std::string_view dialect, std::string_view type) {
@@ -163,11 +166,11 @@ TypeTranslation unknownType(std::string_view dialect, std::string_view type) {
         std::string(type), TypeGrade::Unknown, text("%@ has no type %@ that is known here", dialect, type), false, {}};
 }
 
-TypeTranslation translated(TypeDialect to, const Source& source, const TypeText& type, TypeOptions options) {
+TypeTranslation translatedType(TypeDialect to, const Source& source, const TypeText& type, TypeOptions options) {
     TypeValues own = valuesOf(*source.row, type);
     if (type.isArray) own = {TypeFamily::Array};
     TypeTranslation made;
-    made.counts = source.row->has(kCounts) && !type.isArray;
+    made.counts = source.row->has(type_flags::kCounts) && !type.isArray;
     options.counts = (options.counts || made.counts) && own.family == TypeFamily::Integer;
 
     // An enumeration is written as it stands where there are any.
@@ -180,7 +183,7 @@ TypeTranslation translated(TypeDialect to, const Source& source, const TypeText&
         if (own.family == TypeFamily::Enumeration) made.labels = type.arguments;
     }
     // First a place without loss, then one of the same kind, then its text, at last what comes nearest.
-    std::optional<Place> place;
+    std::optional<TypePlace> place;
     TypeValues values;
     const auto search = [&](TypeFit least) {
         for (const TypeFamily family : familiesFor(own.family)) {
@@ -229,15 +232,15 @@ TypeTranslation translateType(std::string_view from, std::string_view to, std::s
     const auto source = typeDialectNamed(from), target = typeDialectNamed(to);
     if (!source || !target || source == target) return {std::string(type), TypeGrade::Exact, {}, false, {}};
     const TypeText parsed = TypeText::parsed(type);
-    // A document of no dialect may well be written for the one that is asked for.
-    if (source == TypeDialect::Generic && findType(*target, parsed))
+    // A name that is not generic's own may well be written for the dialect that is asked for.
+    if (source == TypeDialect::Generic && !findType(*source, parsed) && findType(*target, parsed))
         return {std::string(type), TypeGrade::Exact, {}, false, {}};
     Source found = sourceOf(*source, parsed);
     if (!found.row && source == TypeDialect::SQLite)
         if (const std::string_view name = sqliteNameFor(parsed.name); !name.empty())
             found = sourceOf(*source, TypeText{std::string(name), {}, false});
     if (!found.row) return unknownType(typeDialectNames()[static_cast<std::size_t>(*source)], type);
-    return translated(*target, found, parsed, options);
+    return translatedType(*target, found, parsed, options);
 }
 
 std::optional<TypeFamily> familyOfType(std::string_view dialect, std::string_view type) {

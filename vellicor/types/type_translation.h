@@ -36,8 +36,8 @@ struct TypeOptions {
 };
 
 /// The type text of a column in the dialect `from`, such as "int(11) unsigned", as `to` says it. Names of dialects are
-/// those of the registry. A dialect or type that the table does not know leaves the text as it is; generic understands
-/// the names of every dialect.
+/// those of the registry. A dialect or type that the table does not know leaves the text as it is. In generic the names
+/// of every dialect are understood; one that `to` knows, and generic itself does not, stays.
 [[nodiscard]] TypeTranslation translateType(std::string_view from, std::string_view to, std::string_view type,
                                             TypeOptions options = {});
 /// The family of a type; null when the dialect does not know it.

@@ -11,9 +11,7 @@ namespace vellicor {
 
 namespace {
 
-using namespace type_flags;
-
-constexpr unsigned kZones = kInstant | kOffset;
+constexpr unsigned kZones = type_flags::kInstant | type_flags::kOffset;
 constexpr std::uint64_t kMostBytesInCharacter = 4;
 
 std::uint64_t digitsOf(std::uint64_t number) {
@@ -31,20 +29,20 @@ std::string grouped(std::uint64_t number) {
 
 void setText(TypeValues& values, std::uint64_t characters, std::uint64_t bytes) {
     values.characters = std::min(characters, bytes);
-    values.bytes = std::min(bytes, values.characters * (values.has(kNarrow) ? 1 : kMostBytesInCharacter));
+    values.bytes = std::min(bytes, values.characters * (values.has(type_flags::kNarrow) ? 1 : kMostBytesInCharacter));
 }
 
 void setLength(TypeValues& values, const TypeRow& row, const TypeText& type) {
     const std::uint64_t room = row.high ? row.high : kLargeBytes;
-    if (row.most == 0 || (row.usual == 0 && !type.number(0))) values.flags |= kUnsized;
+    if (row.most == 0 || (row.usual == 0 && !type.number(0))) values.flags |= type_flags::kUnsized;
     const std::uint64_t declared = row.most == 0 ? room : type.number(0).value_or(row.usual ? row.usual : room);
     if (values.family == TypeFamily::Binary) {
         values.bytes = std::min(declared, room);
         return;
     }
-    const bool saysCharacters =
-        row.has(kCharWord) && !type.arguments.empty() && uppercased(type.arguments.front()).ends_with("CHAR");
-    if (row.has(kBytes) && !saysCharacters)
+    const bool saysCharacters = row.has(type_flags::kCharWord) && !type.arguments.empty() &&
+                                uppercased(type.arguments.front()).ends_with("CHAR");
+    if (row.has(type_flags::kBytes) && !saysCharacters)
         values.characters = values.bytes = std::min(declared, room);
     else
         setText(values, declared, room);
@@ -75,7 +73,8 @@ void setTextForm(TypeValues& values, const TypeText& type) {
 }
 
 bool holdsZones(const TypeValues& outer, const TypeValues& inner) {
-    return (outer.flags & kZones) == (inner.flags & kZones) || (outer.has(kOffset) && inner.has(kInstant));
+    return (outer.flags & kZones) == (inner.flags & kZones) ||
+           (outer.has(type_flags::kOffset) && inner.has(type_flags::kInstant));
 }
 
 }  // namespace
@@ -135,13 +134,15 @@ TypeValues asFamily(const TypeValues& values, TypeFamily family) {
             break;
         case TypeFamily::Text:
             switch (values.family) {
-                case TypeFamily::Bits: made.flags = kNarrow | (values.has(kVarying) ? 0 : kFixed); break;
-                case TypeFamily::Uuid: made.flags = kNarrow | kFixed; break;
+                case TypeFamily::Bits:
+                    made.flags = type_flags::kNarrow | (values.has(type_flags::kVarying) ? 0 : type_flags::kFixed);
+                    break;
+                case TypeFamily::Uuid: made.flags = type_flags::kNarrow | type_flags::kFixed; break;
                 case TypeFamily::Date:
                 case TypeFamily::Time:
                 case TypeFamily::Timestamp:
                 case TypeFamily::Interval:
-                case TypeFamily::Worded: made.flags = kNarrow; break;
+                case TypeFamily::Worded: made.flags = type_flags::kNarrow; break;
                 default: break;
             }
             setText(made,
@@ -158,23 +159,25 @@ TypeValues asFamily(const TypeValues& values, TypeFamily family) {
 namespace {
 
 bool holdsShape(const TypeValues& outer, const TypeValues& inner) {
-    if (outer.has(kAnything) && outer.family != TypeFamily::Decimal && outer.family != TypeFamily::Text) return true;
+    if (outer.has(type_flags::kAnything) && outer.family != TypeFamily::Decimal && outer.family != TypeFamily::Text)
+        return true;
     switch (outer.family) {
         case TypeFamily::Integer: return outer.low <= inner.low && inner.high <= outer.high;
         case TypeFamily::Decimal:
         case TypeFamily::Money:
             // What rounds to a number of digits minds them all, wherever the point stands.
-            if (outer.has(kAnything)) return inner.digits + inner.fraction <= static_cast<std::uint64_t>(outer.low);
+            if (outer.has(type_flags::kAnything))
+                return inner.digits + inner.fraction <= static_cast<std::uint64_t>(outer.low);
             return inner.digits <= outer.digits && inner.fraction <= outer.fraction;
         case TypeFamily::Real: return inner.high <= outer.high;
         case TypeFamily::Bits:
-            return inner.digits <= outer.digits &&
-                   (outer.has(kVarying) || (!inner.has(kVarying) && inner.digits == outer.digits));
+            return inner.digits <= outer.digits && (outer.has(type_flags::kVarying) ||
+                                                    (!inner.has(type_flags::kVarying) && inner.digits == outer.digits));
         case TypeFamily::Text:
             return inner.characters <= outer.characters && inner.bytes <= outer.bytes &&
-                   (inner.has(kNarrow) || !outer.has(kNarrow));
+                   (inner.has(type_flags::kNarrow) || !outer.has(type_flags::kNarrow));
         case TypeFamily::Binary: return inner.bytes <= outer.bytes;
-        case TypeFamily::Interval: return (inner.flags & (kMonths | kDays) & ~outer.flags) == 0;
+        case TypeFamily::Interval: return (inner.flags & (type_flags::kMonths | type_flags::kDays) & ~outer.flags) == 0;
         case TypeFamily::Spatial: return outer.low == 0 || outer.low == inner.low;
         default: return true;
     }
@@ -186,7 +189,7 @@ bool holdsRange(const TypeValues& outer, const TypeValues& inner) {
         case TypeFamily::Timestamp:
             return outer.low <= inner.low && inner.high <= outer.high && inner.fraction <= outer.fraction;
         case TypeFamily::Time: return inner.high <= outer.high && inner.fraction <= outer.fraction;
-        case TypeFamily::Json: return inner.has(kRounded) || !outer.has(kRounded);
+        case TypeFamily::Json: return inner.has(type_flags::kRounded) || !outer.has(type_flags::kRounded);
         default: return true;
     }
 }
@@ -195,7 +198,7 @@ bool holdsRange(const TypeValues& outer, const TypeValues& inner) {
 
 TypeFit fitOf(const TypeValues& outer, const TypeValues& inner) {
     if (!holdsShape(outer, inner)) return TypeFit::None;
-    if (outer.has(kAnything)) return TypeFit::All;
+    if (outer.has(type_flags::kAnything)) return TypeFit::All;
     if (!holdsZones(outer, inner))
         return (outer.flags & kZones) && (inner.flags & kZones) ? TypeFit::Moment : TypeFit::Shape;
     return holdsRange(outer, inner) ? TypeFit::All : TypeFit::Zone;
@@ -215,7 +218,7 @@ std::string lossOf(const TypeValues& outer, const TypeValues& inner) {
         }
         case TypeFamily::Decimal:
         case TypeFamily::Money:
-            if (outer.has(kAnything))
+            if (outer.has(type_flags::kAnything))
                 reasons.push_back(text("keeps %ld digits", outer.low));
             else
                 reasons.push_back(text("holds %@ digits before and %@ behind the point, not %@ and %@",
@@ -228,10 +231,12 @@ std::string lossOf(const TypeValues& outer, const TypeValues& inner) {
                                                           : text("fills up to %@ bits", grouped(outer.digits)));
             break;
         case TypeFamily::Text:
-            if (outer.has(kNarrow) && !inner.has(kNarrow)) reasons.emplace_back("holds one code page only");
+            if (outer.has(type_flags::kNarrow) && !inner.has(type_flags::kNarrow))
+                reasons.emplace_back("holds one code page only");
             if (inner.characters > outer.characters)
                 reasons.push_back(
-                    text("stops at %@", lengthText(outer.characters, outer.has(kBytes) ? "bytes" : "characters")));
+                    text("stops at %@",
+                         lengthText(outer.characters, outer.has(type_flags::kBytes) ? "bytes" : "characters")));
             else if (inner.bytes > outer.bytes)
                 reasons.push_back(text("stops at %@", lengthText(outer.bytes, "bytes")));
             break;
@@ -249,7 +254,7 @@ std::string lossOf(const TypeValues& outer, const TypeValues& inner) {
         reasons.push_back(text("keeps %lu digits of a second, not %lu", outer.fraction, inner.fraction));
     if ((outer.family == TypeFamily::Date || outer.family == TypeFamily::Timestamp) &&
         (inner.low < outer.low || inner.high > outer.high))
-        reasons.push_back(text("years %ld to %lu", outer.low, outer.high));
+        reasons.push_back(text("holds years %ld to %lu", outer.low, outer.high));
     if (isTime && !holdsZones(outer, inner))
         reasons.emplace_back(!(outer.flags & kZones)   ? "keeps no time zone"
                              : !(inner.flags & kZones) ? "takes times to be in a zone"

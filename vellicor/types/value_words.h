@@ -15,7 +15,7 @@ inline constexpr char kWordEnd = ';';
 enum class ValueMeaning : std::uint8_t { Now, Today, TimeOfDay, NewUuid, User };
 
 /// What a default means: in each dialect the words that are understood, the first of which is written. Lower case,
-/// without blanks; "%" in the written one is the clock's precision with its brackets.
+/// without blanks; a last "%" is the clock's precision with its brackets.
 struct ValueWords {
     ValueMeaning meaning;
     /// In the order of `TypeDialect`, alternatives apart by `kWordEnd`; empty when the dialect cannot say it.
