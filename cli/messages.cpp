@@ -45,8 +45,9 @@ Value::List Messages::events() const {
 
 void Messages::show() {
     std::scoped_lock lock(_mutex);
-    for (; _shown < _log->events().size(); ++_shown) {
-        const QVStatusEvent& event = *_log->events()[_shown];
+    const QVStatusLog::Events events = _log->events();
+    for (; _shown < events.size(); ++_shown) {
+        const QVStatusEvent& event = *events[_shown];
         if (_quiet) continue;
         if (event.isWarning())
             write(kYellow, "warning", *event.summary());

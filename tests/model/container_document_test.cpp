@@ -191,6 +191,21 @@ TEST(ContainerSchemas, SweepingAndClearing) {
     EXPECT_EQ(schemas(document), "(none):0 c:0 d:1 ") << "every addition sweeps, a default schema stays";
 }
 
+TEST(ContainerSchemas, ListsAreCopiesThatMayBeWalkedWhileTheDocumentChanges) {
+    const Document document = SQLContainer::newContainer();
+    for (const char* name : {"a.t", "b.t", "c.t", "d.t"}) addTable(document, name);
+    for (const auto& schema : document->schemaList())
+        for (SQLObject* object : schema->objectList()) as<SQLTable>(object)->setSchema("e");  // sweeps `schema`
+    EXPECT_EQ(schemas(document), "(none):0 e:4 ");
+    while (document->schemaList().size() > 1) document->removeSchema(document->schemaList()[1]);
+    EXPECT_EQ(schemas(document), "(none):4 ");
+
+    SQLObjectLabelManager& labels = *document->objectLabelManager();
+    for (const char* name : {"x", "y", "z"}) labels.addLabel(SQLObjectLabel::labelWithName(name, Color::white()), false);
+    for (const auto& label : labels.labelList()) labels.removeLabel(label);
+    EXPECT_TRUE(labels.labelList().empty());
+}
+
 /// A document with two tables, a comment, properties and a label.
 Document sample() {
     const Document document = SQLContainer::newContainer();

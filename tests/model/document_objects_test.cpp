@@ -44,8 +44,8 @@ TEST_F(DocumentInfo, UndoesTheSettingsThatShapeScripts) {
 TEST_F(DocumentInfo, AnnouncesTheDialectOnceAndTakesItsExporter) {
     document->setUndoManager(undo);
     int announced = 0;
-    const auto token = NotificationCenter::addObserver(notifications::exportDialectChanged, &info,
-                                                       [&](std::string_view, const void*) { ++announced; });
+    const auto heard = NotificationCenter::observe(notifications::exportDialectChanged, &info,
+                                                   [&](std::string_view, const void*) { ++announced; });
     info.setDefaultExportDialect("SQLite");
     EXPECT_EQ(announced, 0);
     EXPECT_FALSE(undo->canUndo());
@@ -57,7 +57,6 @@ TEST_F(DocumentInfo, AnnouncesTheDialectOnceAndTakesItsExporter) {
     EXPECT_EQ(announced, 2);
     EXPECT_EQ(info.getExportDialect(), "SQLite");
     EXPECT_EQ(document->dialectExporter()->getName(), "SQLite");
-    NotificationCenter::removeObserver(token);
 }
 
 TEST_F(DocumentInfo, ReadsAndWritesItsElements) {

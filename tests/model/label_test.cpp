@@ -23,10 +23,8 @@ struct LabelManager : ::testing::Test {
     SQLObjectLabelManager& manager = *document->objectLabelManager();
     std::shared_ptr<StandardUndoManager> undo = std::make_shared<StandardUndoManager>();
     int announcements = 0;
-    NotificationCenter::Token token = NotificationCenter::addObserver(
+    Observation heard = NotificationCenter::observe(
         notifications::objectLabelListChanged, &manager, [this](std::string_view, const void*) { ++announcements; });
-
-    ~LabelManager() override { NotificationCenter::removeObserver(token); }
 
     std::shared_ptr<SQLTable> add(std::string_view name, std::optional<std::uint64_t> labelIndex = {}) {
         auto table = SQLTable::tableWithName(std::string(name));

@@ -72,7 +72,7 @@ TEST(Preferences, ReadsConvertBetweenKinds) {
 TEST(Preferences, EveryChangeIsAnnouncedAfterItHappened) {
     Preferences preferences;
     std::vector<std::int64_t> seen;
-    auto token = NotificationCenter::addObserver(notifications::preferencesChanged, &preferences, [&](auto, auto) {
+    const auto heard = NotificationCenter::observe(notifications::preferencesChanged, &preferences, [&](auto, auto) {
         seen.push_back(preferences.integerForKey("k"));
         if (seen.size() == 1) preferences.setObject(Value::integer(2), "k");
     });
@@ -81,7 +81,6 @@ TEST(Preferences, EveryChangeIsAnnouncedAfterItHappened) {
     EXPECT_THAT(seen, ElementsAre(1, 2, 0));
     testing::ScopedPreference other("some key");  // the shared store is another object
     EXPECT_EQ(seen.size(), 3u);
-    NotificationCenter::removeObserver(token);
 }
 
 TEST(Preferences, AFileBehindTheStoreFollowsEveryChange) {
@@ -161,17 +160,17 @@ TEST(Notifications, ReachMatchingObserversInOrderOfRegistration) {
     std::string calls;
     const int a = 0, b = 0;
     auto add = [&](const void* object, char mark) {
-        return NotificationCenter::addObserver("test", object, [&, mark](std::string_view, const void* about) {
+        return NotificationCenter::observe("test", object, [&, mark](std::string_view, const void* about) {
             calls += mark;
             calls += about == &a ? "a " : about == &b ? "b " : "- ";
         });
     };
-    NotificationCenter::Token third = 0;
-    std::vector<NotificationCenter::Token> tokens{add(nullptr, '1'), add(&a, '2')};
-    tokens.push_back(NotificationCenter::addObserver("test", &b, [&](auto, auto) {
-        NotificationCenter::removeObserver(third);  // not called any more, although it is next
-        tokens.push_back(add(&b, '4'));             // called from the next post on
-    }));
+    Observation third, fourth;
+    const Observation first = add(nullptr, '1'), second = add(&a, '2');
+    Observation leaving = NotificationCenter::observe("test", &b, [&](auto, auto) {
+        third.end();            // not called any more, although it is next
+        fourth = add(&b, '4');  // called from the next post on
+    });
     third = add(nullptr, '3');
     NotificationCenter::post("test", &a);
     NotificationCenter::post("other", &a);
@@ -179,12 +178,12 @@ TEST(Notifications, ReachMatchingObserversInOrderOfRegistration) {
     NotificationCenter::post("test", &b);
     EXPECT_EQ(calls, "1a 2a 3a 1b ");
     calls.clear();
-    NotificationCenter::removeObserver(tokens[2]);
+    leaving.end();
     NotificationCenter::post("test", &b);
     NotificationCenter::post("test");
-    for (auto token : tokens) NotificationCenter::removeObserver(token);
+    fourth = {};
     NotificationCenter::post("test", &b);
-    EXPECT_EQ(calls, "1b 4b 1- ");
+    EXPECT_EQ(calls, "1b 4b 1- 1b ");
 }
 
 /// A value with an undoable setter, as model objects have them.
@@ -299,6 +298,34 @@ TEST(Observing, AnObserverMayLeaveWhileOthersAreTold) {
     list.didChange(this, "other");
     EXPECT_EQ(first.calls, 11);
     EXPECT_EQ(second.calls, 11);
+}
+
+TEST(Observing, AGuardEndsItsRegistration) {
+    struct Observer : KeyObserver {
+        int calls = 0;
+        std::function<void()> act = [] {};
+        void didChangeValue(const void*, std::string_view) override { ++calls, act(); }
+    } first;
+    auto second = std::make_unique<Observer>();
+    auto list = std::make_unique<KeyObserverList>();
+    Observation one = list->observe(first, "k"), two = list->observe(*second, "k");
+    first.act = [&] {
+        two.end();
+        second.reset();  // next in the walk that is under way
+    };
+    list->didChange(this, "k");
+    EXPECT_EQ(first.calls, 1);
+    first.act = [] {};
+    Observation moved = std::move(one);
+    one = list->observe(first, "k");
+    list->didChange(this, "k");
+    EXPECT_EQ(first.calls, 3);
+    moved = {};
+    list->didChange(this, "k");
+    EXPECT_EQ(first.calls, 4);
+    first.act = [&] { list.reset(); };  // the subject goes while it tells
+    list->didChange(this, "k");
+    EXPECT_EQ(first.calls, 5);
 }
 
 TEST(MainThread, WorkIsHandedToItAndWaitedFor) {

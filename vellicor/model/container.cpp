@@ -2,6 +2,7 @@
 #include "vellicor/model/container.h"
 
 #include <algorithm>
+#include <array>
 #include <limits>
 #include <utility>
 
@@ -36,36 +37,35 @@ void detach(Part* part, const SQLContainer& document) {
 
 }  // namespace
 
-/// Hears of the new names and uids of objects that report to another holder.
+/// Hears of the new names and uids of objects that report to another holder. It has a lock of its own, since what
+/// another document adopts is watched from there.
 class SQLContainer::GuestWatch : public KeyObserver {
 public:
     explicit GuestWatch(const SQLContainer& container) : _container(container) {}
-    ~GuestWatch() override {
-        auto guests = _guests.lock();
-        for (const auto& [address, guest] : *guests)
-            if (auto object = guest.lock()) observe(*object, &SQLObject::removeObserver);
-    }
 
     void add(SQLObject& object) {
         auto guests = _guests.lock();
-        if (guests->insert_or_assign(&object, object.weak_from_this()).second) observe(object, &SQLObject::addObserver);
+        Guest& guest = (*guests)[&object];
+        if (!guest.object.expired()) return;
+        // Unknown so far, or at the address of one that died.
+        guest.object = object.weak_from_this();
+        guest.observations = {object.observe(*this, "name"), object.observe(*this, "displayName"),
+                              object.observe(*this, keys::uid)};
     }
-    void remove(SQLObject& object) {
-        auto guests = _guests.lock();
-        if (guests->erase(&object)) observe(object, &SQLObject::removeObserver);
-    }
+    void remove(const SQLObject& object) { _guests.lock()->erase(&object); }
     void didChangeValue(const void* object, std::string_view key) override {
         auto stale = const_cast<SQLContainer&>(_container)._staleKeys.lock();
         (key == keys::uid ? stale->uids : stale->names).insert(static_cast<const SQLObject*>(object));
     }
 
 private:
-    void observe(SQLObject& object, void (SQLObject::*change)(KeyObserver&, std::string_view)) {
-        for (const char* key : {"name", "displayName", keys::uid}) (object.*change)(*this, key);
-    }
+    struct Guest {
+        std::weak_ptr<SQLObject> object;
+        std::array<Observation, 3> observations;
+    };
 
     const SQLContainer& _container;
-    Guarded<std::unordered_map<const SQLObject*, std::weak_ptr<SQLObject>>> _guests;
+    Guarded<std::unordered_map<const SQLObject*, Guest>> _guests;
 };
 
 SQLContainer::SQLContainer() = default;

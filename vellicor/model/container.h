@@ -183,13 +183,14 @@ public:
     void relocateAllToBase(Point base);
 
     // --- schemas
-    [[nodiscard]] const std::vector<std::shared_ptr<SQLSchema>>& schemaList() const { return _schemaList.schemas(); }
-    [[nodiscard]] const std::vector<std::shared_ptr<SQLSchema>>& listOfSchema() const { return schemaList(); }
+    /// A copy.
+    [[nodiscard]] std::vector<std::shared_ptr<SQLSchema>> schemaList() const { return _schemaList.schemas(); }
+    [[nodiscard]] std::vector<std::shared_ptr<SQLSchema>> listOfSchema() const { return schemaList(); }
     [[nodiscard]] SQLSchema* defaultSchema() const { return _defaultSchema.get(); }
     /// Undoable, "add schema".
-    void addSchema(const std::shared_ptr<SQLSchema>& schema);
+    void addSchema(std::shared_ptr<SQLSchema> schema);
     /// Moves its objects to the default schema. Undoable, "delete schema". Nothing for one that is not listed.
-    void removeSchema(const std::shared_ptr<SQLSchema>& schema);
+    void removeSchema(std::shared_ptr<SQLSchema> schema);
     /// Default schemas stay, empty or not.
     void removeEmptySchema();
     /// Default schemas stay, and those that are not to be deleted when empty. Without undo.

@@ -7,14 +7,14 @@
 
 namespace vellicor {
 
-void SQLContainer::addSchema(const std::shared_ptr<SQLSchema>& schema) {
+void SQLContainer::addSchema(std::shared_ptr<SQLSchema> schema) {
     if (!schema || _schemaList.contains(*schema)) return;
     registerUndo(this, [schema](SQLContainer& container) { container.removeSchema(schema); });
     setUndoActionName("add schema");
     _schemaList.add(schema);
 }
 
-void SQLContainer::removeSchema(const std::shared_ptr<SQLSchema>& schema) {
+void SQLContainer::removeSchema(std::shared_ptr<SQLSchema> schema) {
     // A schema that loses its last object is swept away, which must not begin its removal once more.
     if (!schema || !_schemaList.contains(*schema) || schema->_isBeingRemoved) return;
     schema->_isBeingRemoved = true;

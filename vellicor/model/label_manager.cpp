@@ -21,14 +21,14 @@ Value flagText(bool flag) { return flag ? "1" : "0"; }
 
 }  // namespace
 
-void SQLObjectLabelManager::addLabel(const std::shared_ptr<SQLObjectLabel>& label, bool ignoreDuplicates) {
+void SQLObjectLabelManager::addLabel(std::shared_ptr<SQLObjectLabel> label, bool ignoreDuplicates) {
     if (!label || (ignoreDuplicates && containsLabel(*label))) return;
     append(label);
     labelsChanged();
     registerUndo([label](SQLObjectLabelManager& manager) { manager.removeLabel(label); });
 }
 
-void SQLObjectLabelManager::removeLabel(const std::shared_ptr<SQLObjectLabel>& label) {
+void SQLObjectLabelManager::removeLabel(std::shared_ptr<SQLObjectLabel> label) {
     if (std::erase(_labelList, label) == 0) return;
     _labelIndex.reset();
     labelsChanged();

@@ -29,13 +29,14 @@ public:
     void init() {}
     [[nodiscard]] SQLContainer* container() const { return _container; }
     void setContainer(SQLContainer* container) { _container = container; }
-    [[nodiscard]] const Labels& labelList() const { return _labelList; }
+    /// A copy.
+    [[nodiscard]] Labels labelList() const { return _labelList; }
 
     // --- labels; every change posts "ObjectLabelListChanged"
     /// Undoable.
-    void addLabel(const std::shared_ptr<SQLObjectLabel>& label, bool ignoreDuplicates);
+    void addLabel(std::shared_ptr<SQLObjectLabel> label, bool ignoreDuplicates);
     /// Undoable; nothing for a label that is not in the list.
-    void removeLabel(const std::shared_ptr<SQLObjectLabel>& label);
+    void removeLabel(std::shared_ptr<SQLObjectLabel> label);
     void removeAllLabels();
     /// The same uid, or the same name and colour.
     [[nodiscard]] bool containsLabel(const SQLObjectLabel& label) const { return labelMatchingLabel(label) != nullptr; }

@@ -150,9 +150,13 @@ public:
 
     // --- observing
     /// Keys: "properties", "frame", "location", "size", "name", "displayName" and those that subclasses name. Of "uid"
-    /// there is a did-change only, whichever way it came.
+    /// there is a did-change only, whichever way it came. An observer is not kept alive: it must be removed before it
+    /// goes, or be registered by `observe`, whose guard does that.
     void addObserver(KeyObserver& observer, std::string_view key) { _observers.add(observer, key); }
-    void removeObserver(KeyObserver& observer, std::string_view key) { _observers.remove(observer, key); }
+    void removeObserver(const KeyObserver& observer, std::string_view key) { _observers.remove(observer, key); }
+    [[nodiscard]] Observation observe(KeyObserver& observer, std::string_view key) {
+        return _observers.observe(observer, key);
+    }
     void willChangeValueForKey(std::string_view key) const { _observers.willChange(this, key); }
     void didChangeValueForKey(std::string_view key) const { _observers.didChange(this, key); }
 

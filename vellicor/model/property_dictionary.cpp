@@ -98,16 +98,6 @@ void QVMutableNotifyingPropertyDictionary::addEntriesFromPropertyDictionary(
     addEntriesFromDictionary(other.entries());  // a snapshot, since nobody may hold two dictionaries' locks
 }
 
-void QVMutableNotifyingPropertyDictionary::addObserver(KeyObserver& observer, std::string_view key) {
-    auto map = _map.lock();
-    _observers.add(observer, key);
-}
-
-void QVMutableNotifyingPropertyDictionary::removeObserver(KeyObserver& observer, std::string_view key) {
-    auto map = _map.lock();
-    _observers.remove(observer, key);
-}
-
 void QVMutableNotifyingPropertyDictionary::promiseUid() {
     auto map = _map.lock();
     map->set(keys::uid, std::string());

@@ -65,8 +65,12 @@ public:
     void notifyChange() {}
 
     /// Observers of one key. They hear two will-changes a change and never a did-change.
-    void addObserver(KeyObserver& observer, std::string_view key);
-    void removeObserver(KeyObserver& observer, std::string_view key);
+    void addObserver(KeyObserver& observer, std::string_view key) { _observers.add(observer, key); }
+    void removeObserver(const KeyObserver& observer, std::string_view key) { _observers.remove(observer, key); }
+    /// Until the guard goes.
+    [[nodiscard]] Observation observe(KeyObserver& observer, std::string_view key) {
+        return _observers.observe(observer, key);
+    }
 
     /// Stores a fresh uid, made when somebody first looks: most objects get theirs from a document right away. To a
     /// change of "uid" one that nobody has looked at counts as absent.
@@ -81,7 +85,7 @@ private:
     SQLObject* _owner;
     mutable Guarded<PropertyMap> _map;
     mutable bool _uidPromised = false;  // guarded by the map's lock
-    KeyObserverList _observers;         // guarded by the map's lock
+    KeyObserverList _observers;
 };
 
 }  // namespace vellicor

@@ -192,20 +192,18 @@ Color SQLTable::defaultLabelColor() const {
 
 // --- observers
 
-void SQLTable::addObserverForFieldList(FieldListObserver& observer) { _fieldObservers.push_back(&observer); }
-
-void SQLTable::removeObserverForFieldList(FieldListObserver& observer) { std::erase(_fieldObservers, &observer); }
+void SQLTable::removeObserverForFieldList(const FieldListObserver& observer) {
+    _fieldObservers.removeAll([&](const FieldListObserver* registered) { return registered == &observer; });
+}
 
 void SQLTable::notifyFieldObservers() {
-    if (_fieldObservers.empty()) return;
-    const auto observers = _fieldObservers;
-    for (FieldListObserver* observer : observers) {
+    _fieldObservers.tell([this](FieldListObserver* observer) {
         if (observer->supportsFieldListChanged())
             observer->fieldListChanged(*this);
         else
             log(text("warning field observer %@ registered, but not supporting method fieldListChanged:",
                      observer->description()));
-    }
+    });
 }
 
 }  // namespace vellicor

@@ -11,6 +11,7 @@
 #include "vellicor/model/object_peer.h"
 #include "vellicor/model/table_component.h"
 #include "vellicor/platform/guarded.h"
+#include "vellicor/platform/observer_list.h"
 
 namespace vellicor {
 
@@ -243,8 +244,13 @@ public:
     [[nodiscard]] Color defaultLabelColor() const override;
 
     // --- observers
-    void addObserverForFieldList(FieldListObserver& observer);
-    void removeObserverForFieldList(FieldListObserver& observer);
+    /// Until it is removed, which must be before it goes.
+    void addObserverForFieldList(FieldListObserver& observer) { _fieldObservers.add(&observer); }
+    void removeObserverForFieldList(const FieldListObserver& observer);
+    /// Until the guard goes.
+    [[nodiscard]] Observation observeFieldList(FieldListObserver& observer) {
+        return _fieldObservers.observe(&observer);
+    }
     void notifyFieldObservers();
     /// Hooks; they do nothing.
     virtual void observeTableForForeignKey(SQLObject& /*foreignKey*/) {}
@@ -289,7 +295,7 @@ private:
     std::vector<WeakRef<SQLTable>> _targetTableForFKList;
     std::unordered_set<const SQLTable*> _targetTableSet;
     OptionalText _indexPrefix;  // null until named
-    std::vector<FieldListObserver*> _fieldObservers;
+    ObserverList<FieldListObserver*> _fieldObservers;
     OptionalText _fullyQualifiedNamePending;
     // Both are null while the list is short or nobody asked: most tables are narrow, and their list is as quick.
     // They are guarded by the list's lock.

@@ -1,13 +1,9 @@
 // vellicor/platform/notifications.cpp — the registrations of the process and their delivery.
 #include "vellicor/platform/notifications.h"
 
-#include <atomic>
-#include <map>
-#include <memory>
 #include <string>
 #include <unordered_map>
 #include <utility>
-#include <vector>
 
 #include "vellicor/platform/guarded.h"
 #include "vellicor/platform/text.h"
@@ -16,66 +12,35 @@ namespace vellicor {
 
 namespace {
 
-struct Registration {
+struct Receiver {
     const void* object;  // null: every object
     NotificationCenter::Handler handler;
-    std::atomic<bool> active{true};
 };
+using Receivers = ObserverList<Receiver>;
+using ReceiversByName = std::unordered_map<std::string, Receivers, TextHash, std::equal_to<>>;
 
-/// By name; tokens grow, so the order by token is the order of registration.
-struct Registrations {
-    using OfOneName = std::map<NotificationCenter::Token, std::shared_ptr<Registration>>;
-
-    std::unordered_map<std::string, OfOneName, TextHash, std::equal_to<>> byName;
-    std::unordered_map<NotificationCenter::Token, OfOneName*> byToken;
-    NotificationCenter::Token last = 0;
-};
-
-/// Never destroyed, since destructors of other statics may still remove their registrations.
-Guarded<Registrations>& registrations() {
-    static auto& all = *new Guarded<Registrations>;
+/// Never destroyed, since destructors of other statics may still post. A name that came once stays, at its address.
+Guarded<ReceiversByName>& receiversByName() {
+    static auto& all = *new Guarded<ReceiversByName>;
     return all;
 }
 
 }  // namespace
 
-NotificationCenter::Token NotificationCenter::addObserver(std::string_view name, const void* object, Handler handler) {
-    auto registration = std::make_shared<Registration>();
-    registration->object = object;
-    registration->handler = std::move(handler);
-    auto all = registrations().lock();
-    Registrations::OfOneName& named = all->byName[std::string(name)];
-    Token token = ++all->last;
-    named.emplace(token, std::move(registration));
-    all->byToken.emplace(token, &named);
-    return token;
-}
-
-void NotificationCenter::removeObserver(Token token) {
-    std::shared_ptr<Registration> removed;  // destroyed after the lock is gone: what a handler owns may call back
-    auto all = registrations().lock();
-    auto found = all->byToken.find(token);
-    if (found == all->byToken.end()) return;
-    auto entry = found->second->find(token);
-    removed = std::move(entry->second);
-    removed->active = false;
-    found->second->erase(entry);
-    all->byToken.erase(found);
+Observation NotificationCenter::observe(std::string_view name, const void* object, Handler handler) {
+    auto all = receiversByName().lock();
+    return (*all)[std::string(name)].observe({object, std::move(handler)});
 }
 
 void NotificationCenter::post(std::string_view name, const void* object) {
-    std::vector<std::shared_ptr<Registration>> receivers;
+    const Receivers* receivers = nullptr;
     {
-        auto all = registrations().lock();
-        auto named = all->byName.find(name);
-        if (named == all->byName.end()) return;
-        for (const auto& [token, registration] : named->second) {
-            if (!registration->object || registration->object == object) receivers.push_back(registration);
-        }
+        auto all = receiversByName().lock();
+        if (const auto named = all->find(name); named != all->end()) receivers = &named->second;
     }
-    for (const auto& receiver : receivers) {
-        if (receiver->active) receiver->handler(name, object);
-    }
+    if (!receivers) return;
+    receivers->tell([&](const Receiver& receiver) { return !receiver.object || receiver.object == object; },
+                    [&](const Receiver& receiver) { receiver.handler(name, object); });
 }
 
 }  // namespace vellicor

@@ -1,9 +1,10 @@
 // vellicor/platform/notifications.h — named announcements delivered at once, on the posting thread, in order.
 #pragma once
 
-#include <cstdint>
 #include <functional>
 #include <string_view>
+
+#include "vellicor/platform/observer_list.h"
 
 namespace vellicor {
 
@@ -11,12 +12,10 @@ namespace vellicor {
 class NotificationCenter {
 public:
     using Handler = std::function<void(std::string_view name, const void* object)>;
-    using Token = std::uint64_t;
 
-    /// Calls `handler` for every later post of `name`; only those about `object` unless that is null. The token removes
-    /// the registration.
-    static Token addObserver(std::string_view name, const void* object, Handler handler);
-    static void removeObserver(Token token);
+    /// Calls `handler` for every later post of `name` until the guard goes; only those about `object` unless that is
+    /// null.
+    [[nodiscard]] static Observation observe(std::string_view name, const void* object, Handler handler);
     /// Calls the handlers in the order of their registration; handlers may register and remove while it runs.
     static void post(std::string_view name, const void* object = nullptr);
 };

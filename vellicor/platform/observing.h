@@ -1,8 +1,10 @@
 // vellicor/platform/observing.h — being told before and after a value with a key changes.
 #pragma once
 
-#include <memory>
+#include <string>
 #include <string_view>
+
+#include "vellicor/platform/observer_list.h"
 
 namespace vellicor {
 
@@ -14,23 +16,24 @@ public:
     virtual void didChangeValue(const void* /*object*/, std::string_view /*key*/) {}
 };
 
-/// A list of (observer, key) registrations; empty until somebody observes, and free until then. Observers are not kept
-/// alive and must remove themselves. The list is copied before it is walked.
+/// The observers of an object's keys. They are not kept alive: remove them, or hold the guard that `observe` answers.
 class KeyObserverList {
 public:
-    KeyObserverList();
-    ~KeyObserverList();
-    KeyObserverList(const KeyObserverList&) = delete;
-    KeyObserverList& operator=(const KeyObserverList&) = delete;
-
-    void add(KeyObserver& observer, std::string_view key);
-    void remove(KeyObserver& observer, std::string_view key);
+    void add(KeyObserver& observer, std::string_view key) { _registrations.add({&observer, std::string(key)}); }
+    [[nodiscard]] Observation observe(KeyObserver& observer, std::string_view key) {
+        return _registrations.observe({&observer, std::string(key)});
+    }
+    /// The oldest registration of this observer for this key; nothing when there is none.
+    void remove(const KeyObserver& observer, std::string_view key);
     void willChange(const void* object, std::string_view key) const;
     void didChange(const void* object, std::string_view key) const;
 
 private:
-    struct Registrations;
-    std::unique_ptr<Registrations> _registrations;
+    struct Registration {
+        KeyObserver* observer;
+        std::string key;
+    };
+    ObserverList<Registration> _registrations;
 };
 
 }  // namespace vellicor

@@ -12,10 +12,8 @@ SQLPrefs& SQLPrefs::sharedPrefs() {
 }
 
 SQLPrefs::SQLPrefs()
-    : _registration(NotificationCenter::addObserver(notifications::preferencesChanged, &Preferences::shared(),
-                                                    [this](std::string_view, const void*) { preferencesChanged(); })) {}
-
-SQLPrefs::~SQLPrefs() { NotificationCenter::removeObserver(_registration); }
+    : _preferences(NotificationCenter::observe(notifications::preferencesChanged, &Preferences::shared(),
+                                               [this](std::string_view, const void*) { preferencesChanged(); })) {}
 
 Color SQLPrefs::colorForKey(std::string_view key) {
     auto colors = _colorKeyDictionary.lock();

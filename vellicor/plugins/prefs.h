@@ -17,7 +17,6 @@ class SQLPrefs {
 public:
     static SQLPrefs& sharedPrefs();
     SQLPrefs();
-    ~SQLPrefs();
     SQLPrefs(const SQLPrefs&) = delete;
     SQLPrefs& operator=(const SQLPrefs&) = delete;
 
@@ -31,7 +30,7 @@ public:
 
 private:
     Guarded<std::map<std::string, Color, std::less<>>> _colorKeyDictionary;
-    NotificationCenter::Token _registration;
+    Observation _preferences;
 };
 
 }  // namespace vellicor

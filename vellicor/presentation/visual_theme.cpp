@@ -42,11 +42,11 @@ void QVVisualTheme::init() {
     _colorDictionary.clear();
     setDefaultColors();
     loadStoredData();
-    _registration = NotificationCenter::addObserver(notifications::preferencesChanged, nullptr,
-                                                    [this](std::string_view, const void*) { colorChanged(); });
+    _preferences = NotificationCenter::observe(notifications::preferencesChanged, nullptr,
+                                               [this](std::string_view, const void*) { colorChanged(); });
 }
 
-QVVisualTheme::~QVVisualTheme() { NotificationCenter::removeObserver(_registration); }
+QVVisualTheme::~QVVisualTheme() = default;
 
 std::shared_ptr<QVVisualTheme> QVVisualTheme::visualTheme() { return sharedTheme<QVVisualTheme>(); }
 std::shared_ptr<QVVisualTheme> QVVisualThemeLight::visualTheme() { return sharedTheme<QVVisualThemeLight>(); }

@@ -140,7 +140,7 @@ private:
     /// Adds the colours of a map of text forms; other kinds of value are skipped.
     void mergeColors(const Value* textForms);
 
-    NotificationCenter::Token _registration = 0;  // 0: none yet
+    Observation _preferences;
 };
 
 class QVVisualThemeLight : public QVVisualTheme {

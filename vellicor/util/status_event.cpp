@@ -67,7 +67,7 @@ std::shared_ptr<QVStatusEvent> QVStatusEvent::copyWithZone(void*) const {
     return copy;
 }
 
-void QVStatusEvent::addWarning(const std::shared_ptr<QVStatusEvent>& warning) {
+void QVStatusEvent::addWarning(std::shared_ptr<QVStatusEvent> warning) {
     if (!warning) return;
     _warningList.push_back(warning);
     warning->_parent = weak_from_this();

@@ -80,10 +80,11 @@ public:
     [[nodiscard]] std::shared_ptr<QVStatusEvent> copyWithZone(void* zone = nullptr) const;
 
     // --- warnings
-    [[nodiscard]] const Warnings& warningList() const { return _warningList; }
+    /// A copy.
+    [[nodiscard]] Warnings warningList() const { return _warningList; }
     void setWarningList(Warnings warnings) { _warningList = std::move(warnings); }
     /// Appends it and gives it this parent and this event's log. No observer is told.
-    void addWarning(const std::shared_ptr<QVStatusEvent>& warning);
+    void addWarning(std::shared_ptr<QVStatusEvent> warning);
     /// Adds one warning, of status 5, for each problem.
     void addWarningList(const std::vector<StatusProblem>& problems);
     /// Also the log of all warnings below the event, each once even when they contain one another.

@@ -8,24 +8,29 @@
 namespace vellicor {
 
 void QVStatusLog::addObserver(const std::shared_ptr<QVStatusLogObserver>& observer) {
-    if (observer) _observers.push_back(observer);
+    if (observer) _observers.add(observer);
 }
 
 void QVStatusLog::removeObserver(const std::shared_ptr<QVStatusLogObserver>& observer) {
-    std::erase_if(_observers, [&](const auto& entry) {
+    _observers.removeAll([&](const auto& entry) {
         const auto present = entry.lock();
         return !present || present == observer;
     });
 }
 
-void QVStatusLog::addEvent(const std::shared_ptr<QVStatusEvent>& event) {
+void QVStatusLog::setObservers(const Observers& observers) {
+    _observers.removeAll([](const auto&) { return true; });
+    for (const auto& observer : observers) _observers.add(observer);
+}
+
+void QVStatusLog::addEvent(std::shared_ptr<QVStatusEvent> event) {
     if (!event) return;
     _events.push_back(event);
     event->setParentLog(weak_from_this().lock());
     notifyObservers();
 }
 
-void QVStatusLog::removeEvent(const std::shared_ptr<QVStatusEvent>& event) {
+void QVStatusLog::removeEvent(std::shared_ptr<QVStatusEvent> event) {
     std::erase(_events, event);
     notifyObservers();
 }
@@ -36,9 +41,9 @@ void QVStatusLog::removeAllEvents() {
 }
 
 void QVStatusLog::notifyObservers() {
-    for (const auto& entry : Observers(_observers)) {
+    _observers.tell([this](const auto& entry) {
         if (const auto observer = entry.lock()) observer->eventListChanged(*this);
-    }
+    });
 }
 
 std::string QVStatusLog::allEventsAsString() const {

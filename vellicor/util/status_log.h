@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "vellicor/platform/observer_list.h"
 #include "vellicor/util/status_event.h"
 
 namespace vellicor {
@@ -22,20 +23,25 @@ public:
     using Events = std::vector<std::shared_ptr<QVStatusEvent>>;
     using Observers = std::vector<std::weak_ptr<QVStatusLogObserver>>;
 
-    [[nodiscard]] const Events& events() const { return _events; }
+    /// A copy.
+    [[nodiscard]] Events events() const { return _events; }
     /// Replaces the list as it is: nobody is told, and the events' logs stay.
     void setEvents(Events events) { _events = std::move(events); }
     /// Not owned; one that is gone is passed over.
-    [[nodiscard]] const Observers& observers() const { return _observers; }
-    void setObservers(Observers observers) { _observers = std::move(observers); }
+    [[nodiscard]] Observers observers() const { return _observers.observers(); }
+    void setObservers(const Observers& observers);
     /// One that is added twice is told twice.
     void addObserver(const std::shared_ptr<QVStatusLogObserver>& observer);
     void removeObserver(const std::shared_ptr<QVStatusLogObserver>& observer);
+    /// Until the guard goes.
+    [[nodiscard]] Observation observe(const std::shared_ptr<QVStatusLogObserver>& observer) {
+        return _observers.observe(observer);
+    }
 
     /// Appends the event, makes this its log and that of all warnings below it, and tells the observers.
-    void addEvent(const std::shared_ptr<QVStatusEvent>& event);
+    void addEvent(std::shared_ptr<QVStatusEvent> event);
     /// Every occurrence; the observers are told in any case.
-    void removeEvent(const std::shared_ptr<QVStatusEvent>& event);
+    void removeEvent(std::shared_ptr<QVStatusEvent> event);
     void removeAllEvents();
     void notifyObservers();
     /// Summary, blank, detail and a line break of each event, without its warnings; an absent text reads "(null)".
@@ -43,7 +49,7 @@ public:
 
 private:
     Events _events;
-    Observers _observers;
+    ObserverList<std::weak_ptr<QVStatusLogObserver>> _observers;
 };
 
 }  // namespace vellicor
