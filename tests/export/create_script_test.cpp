@@ -33,6 +33,21 @@ std::string block(std::string_view description) {
     return sql.substr(open, sql.find("\n);") - open);
 }
 
+TEST(Quoting, EveryExporterHasItsOwnWords) {
+    static std::string_view words[1];  // one place for the lists of both
+    struct MadeUp : GenericSQLExporter {
+        std::span<const std::string_view> reservedWords() const override { return words; }
+    };
+    const ScopedPreference quotes(prefs::quoteReservedWords);
+    for (const char* word : {"FIRST", "SECOND"}) {
+        const std::string own = word;  // gone before the next one asks
+        words[0] = own;
+        const auto exporter = create<MadeUp>();
+        for (const char* name : {"first", "second", "third"})
+            EXPECT_EQ(exporter->quoteReservedWord(name), uppercased(name) == own) << name << " for " << own;
+    }
+}
+
 TEST(CreateScript, TablesHoldColumnsThenIndexesThenTheKey) {
     const std::pair<const char*, const char*> cases[] = {
         {"t(a INT pk auto unique notnull default=0 check=a>0; b INT)",

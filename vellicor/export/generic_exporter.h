@@ -356,7 +356,8 @@ protected:
 
     /// Whether the preferences let a name be quoted that is no plain word, or a reserved one.
     [[nodiscard]] bool isRefusedBare(std::string_view name, bool isReservedWord) const;
-    [[nodiscard]] static bool containsWord(std::span<const std::string_view> words, std::string_view name);
+    /// Without regard to case. A list that was asked for keeps its words while this exporter lives.
+    [[nodiscard]] bool containsWord(std::span<const std::string_view> words, std::string_view name) const;
     /// The name, or a numbered one when this script has used it in the scope already.
     std::string nameInScript(std::string_view scope, std::string_view name);
     /// A comment in place of a table that the server refuses to make; empty when it can.
@@ -404,6 +405,8 @@ private:
     std::unordered_map<std::string, std::size_t> _nextNumbersInScript;              // by the same
     std::unordered_map<const SQLTable*, std::vector<SQLTable*>> _referencingByKey;  // while drop statements are made
     std::unordered_set<std::string> _foreignKeyStatements;  // of the post-load statements being collected
+    // Copies of the word lists, by address: a dialect may make its list when it is made itself.
+    mutable std::unordered_map<const std::string_view*, std::unordered_set<std::string>> _wordSets;
     bool _addExplicitDeferrable = false;
     SQLContainer* _exportContainer = nullptr;  // only while an export runs
     std::vector<std::shared_ptr<SQLObject>> _droppedObjects;

@@ -14,12 +14,11 @@
 
 namespace vellicor {
 
-bool GenericSQLExporter::containsWord(std::span<const std::string_view> words, std::string_view name) {
-    // Word lists are constants, so each is hashed once, under its address.
-    thread_local std::unordered_map<const std::string_view*, std::unordered_set<std::string_view>> sets;
+bool GenericSQLExporter::containsWord(std::span<const std::string_view> words, std::string_view name) const {
     if (words.empty()) return false;
-    auto [entry, isNew] = sets.try_emplace(words.data());
-    if (isNew) entry->second.insert(words.begin(), words.end());
+    auto [entry, isNew] = _wordSets.try_emplace(words.data());
+    if (isNew)
+        for (const std::string_view word : words) entry->second.emplace(word);
     return entry->second.contains(uppercased(trimmed(name)));
 }
 
