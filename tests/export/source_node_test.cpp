@@ -110,6 +110,32 @@ TEST(SourceNode, ChildrenAreFoundMovedAndReleased) {
     EXPECT_EQ(deep->parentNode(), group.get());
 }
 
+TEST(SourceNode, NoWayLeadsToARing) {
+    const auto top = QVSourceNode::node(), other = QVSourceNode::node(), shared = QVSourceNode::node();
+    top->addChild(shared);
+    other->addChild(shared);  // a second parent
+    shared->addChildWithValue("x", "");
+    EXPECT_THROW(shared->addChild(top), AssertionFailure) << "by the first parent";
+    EXPECT_THROW(shared->addChildren({other}), AssertionFailure);
+    shared->setParentNode(nullptr);
+    EXPECT_THROW(shared->setChildren({top}), AssertionFailure) << "whatever it says of its parent";
+    other->removeChild(shared);
+    EXPECT_THROW(shared->insertChild(top, 0), AssertionFailure);
+    shared->addChild(other);
+    EXPECT_THROW(other->addChild(top), AssertionFailure);
+    EXPECT_EQ(top->string(), "x");
+}
+
+TEST(SourceNode, DepthCostsNoStack) {
+    const auto root = QVSourceNode::node();
+    SourceNodePtr deepest = root;
+    for (int level = 0; level < 200'000; ++level) deepest = deepest->addChildNode();
+    EXPECT_EQ(root->string(), "");
+    deepest->setValue("deep");
+    EXPECT_TRUE(root->isVisible());
+    EXPECT_EQ(root->string(), "deep");
+}
+
 TEST(SourceNode, AStringInPlaceOfANodeIsLogged) {
     testing::LogCapture log;
     auto root = QVSourceNode::node();

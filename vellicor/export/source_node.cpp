@@ -5,6 +5,7 @@
 #include <iterator>
 #include <mutex>
 #include <ranges>
+#include <unordered_set>
 
 #include "vellicor/platform/atomic_property.h"
 #include "vellicor/platform/exception.h"
@@ -17,8 +18,19 @@ constexpr auto visible = [](const SourceNodePtr& child) { return child->isVisibl
 }  // namespace
 
 QVSourceNode::~QVSourceNode() {
-    for (const SourceNodePtr& child : _children)
-        if (child->_parentNode == this) child->_parentNode = nullptr;
+    // Nodes that nobody else holds go one by one, not each inside the one above it.
+    Children remaining = std::move(_children);
+    for (const SourceNodePtr& child : remaining) child->wasTakenOut(*this, 1);
+    while (!remaining.empty()) {
+        const SourceNodePtr last = std::move(remaining.back());
+        remaining.pop_back();
+        if (last.use_count() != 1) continue;
+        for (SourceNodePtr& child : last->_children) {
+            child->wasTakenOut(*last, 1);
+            remaining.push_back(std::move(child));
+        }
+        last->_children.clear();
+    }
 }
 
 SourceNodePtr QVSourceNode::node() { return std::make_shared<QVSourceNode>(); }
@@ -69,7 +81,20 @@ bool QVSourceNode::hasOwnText() const {
     return !_value.empty();
 }
 
-bool QVSourceNode::isVisible() const { return hasOwnText() || std::ranges::any_of(_children, visible); }
+bool QVSourceNode::isVisible() const {
+    if (hasOwnText()) return true;
+    if (_children.empty()) return false;
+    std::vector<const QVSourceNode*> open{this};
+    while (!open.empty()) {
+        const QVSourceNode* next = open.back();
+        open.pop_back();
+        for (const SourceNodePtr& child : next->_children) {
+            if (child->hasOwnText()) return true;
+            if (!child->_children.empty()) open.push_back(child.get());
+        }
+    }
+    return false;
+}
 
 QVSourceNode::Children QVSourceNode::visibleChildren() const {
     Children result;
@@ -103,15 +128,48 @@ std::vector<const QVSourceNode*> QVSourceNode::flatten() const {
 std::string QVSourceNode::description() const { return text("<QVSourceNode> %@", value()); }
 
 void QVSourceNode::checkNotBelow(const QVSourceNode* child) const {
-    const bool isLeaf = child->_children.empty();
-    for (const QVSourceNode* above = this; above; above = isLeaf ? nullptr : above->_parentNode)
-        if (above == child) throw AssertionFailure("a source node cannot stand below itself");
+    const auto refuse = [] { throw AssertionFailure("a source node cannot stand below itself"); };
+    if (child == this) refuse();
+    if (child->_children.empty()) return;
+    // As a rule every node above stands in one list, and walking up is short.
+    const QVSourceNode* above = this;
+    while (above->_holder) {
+        above = above->_holder;
+        if (above == child) refuse();
+    }
+    if (above->_places != 0 && child->holds(*this)) refuse();
+}
+
+bool QVSourceNode::holds(const QVSourceNode& node) const {
+    std::vector<const QVSourceNode*> open{this};
+    std::unordered_set<const QVSourceNode*> seen;
+    while (!open.empty()) {
+        const QVSourceNode* next = open.back();
+        open.pop_back();
+        for (const SourceNodePtr& child : next->_children) {
+            if (child.get() == &node) return true;
+            if (!child->_children.empty() && seen.insert(child.get()).second) open.push_back(child.get());
+        }
+    }
+    return false;
+}
+
+void QVSourceNode::wasPutInto(const QVSourceNode& holder) {
+    _holder = _places == 0 || _holder == &holder ? &holder : nullptr;
+    ++_places;
+}
+
+void QVSourceNode::wasTakenOut(const QVSourceNode& holder, std::size_t times) {
+    _places -= times;
+    if (_places == 0) _holder = nullptr;
+    if (_parentNode == &holder) _parentNode = nullptr;
 }
 
 SourceNodePtr QVSourceNode::addChild(SourceNodePtr child) {
     if (!child) return nullptr;
     checkNotBelow(child.get());
     _children.push_back(child);
+    child->wasPutInto(*this);
     child->_parentNode = this;
     if (_quoteChildren) child->setQuoteString(childQuoteString());
     return child;
@@ -127,6 +185,7 @@ SourceNodePtr QVSourceNode::insertChild(SourceNodePtr child, std::size_t index) 
     checkNotBelow(child.get());
     if (index > _children.size()) throw AssertionFailure("a source node was inserted beyond the end");
     _children.insert(_children.begin() + static_cast<std::ptrdiff_t>(index), child);
+    child->wasPutInto(*this);
     child->_parentNode = this;
     return child;
 }
@@ -140,7 +199,10 @@ void QVSourceNode::addChildren(const Children& children) {
     std::erase(added, nullptr);
     for (const SourceNodePtr& child : added) checkNotBelow(child.get());
     _children.insert(_children.end(), added.begin(), added.end());
-    for (const SourceNodePtr& child : added) child->_parentNode = this;
+    for (const SourceNodePtr& child : added) {
+        child->wasPutInto(*this);
+        child->_parentNode = this;
+    }
 }
 
 SourceNodePtr QVSourceNode::addChildNode() { return addChildWithValue("", ""); }
@@ -157,7 +219,10 @@ SourceNodePtr QVSourceNode::addChildWithValue(std::string_view value, std::strin
 }
 
 void QVSourceNode::removeChild(SourceNodePtr child) {
-    if (child && std::erase(_children, child)) child->_parentNode = nullptr;
+    const std::size_t taken = child ? std::erase(_children, child) : 0;
+    if (taken == 0) return;
+    child->wasTakenOut(*this, taken);
+    child->_parentNode = nullptr;
 }
 
 SourceNodePtr QVSourceNode::childWithId(std::string_view id) const {
@@ -179,9 +244,11 @@ void QVSourceNode::setChildren(Children children) {
     std::erase(children, nullptr);
     for (const SourceNodePtr& child : children) checkNotBelow(child.get());
     _children.swap(children);
-    for (const SourceNodePtr& child : children)
-        if (child->_parentNode == this) child->_parentNode = nullptr;
-    for (const SourceNodePtr& child : _children) child->_parentNode = this;
+    for (const SourceNodePtr& child : children) child->wasTakenOut(*this, 1);
+    for (const SourceNodePtr& child : _children) {
+        child->wasPutInto(*this);
+        child->_parentNode = this;
+    }
 }
 
 std::string QVSourceNode::value() const {

@@ -71,7 +71,7 @@ public:
     // Children.
 
     /// Appends the child and answers it. With `quoteChildren` the child takes this node's child quote string. Null adds
-    /// nothing and answers null. A node cannot be put below itself (AssertionFailure).
+    /// nothing and answers null. A node cannot be put below itself, whichever way (AssertionFailure).
     SourceNodePtr addChild(SourceNodePtr child);
     /// Adds the text as a word, and says in the log that a node was expected.
     SourceNodePtr addChild(std::string_view value);
@@ -198,6 +198,9 @@ private:
     OptionalText optionalText(Text field) const;
     void setOptionalText(Text field, const OptionalText& value);
     void checkNotBelow(const QVSourceNode* child) const;
+    [[nodiscard]] bool holds(const QVSourceNode& node) const;
+    void wasPutInto(const QVSourceNode& holder);
+    void wasTakenOut(const QVSourceNode& holder, std::size_t times);
     bool hasOwnText() const;
 
     bool _alwaysVisible = false;
@@ -211,6 +214,9 @@ private:
     Children _children;
     QVSourceNode* _parentNode = nullptr;
     SQLExportDialect* _exporter = nullptr;
+    // Where the node stands, whatever `setParentNode` said.
+    const QVSourceNode* _holder = nullptr;  // the only node with this one in its list; null where that is not known
+    std::size_t _places = 0;                // in lists
 };
 
 }  // namespace vellicor
