@@ -6,6 +6,8 @@
 
 #include "tests/support/two_threads.h"
 #include "vellicor/model/container.h"
+#include "vellicor/model/field.h"
+#include "vellicor/model/object_style.h"
 #include "vellicor/model/table.h"
 
 namespace vellicor {
@@ -57,6 +59,41 @@ TEST(ContainerThreads, BothAddUnderNamesOfTheirOwn) {
     EXPECT_EQ(document->count(), 2 * kTables);
     EXPECT_NE(document->getObjectByName("t_399"), nullptr);
     EXPECT_EQ(document->getObjectByName("t_400"), nullptr);
+}
+
+TEST(ContainerThreads, BothAskForNamesAndStyles) {
+    const auto document = SQLContainer::newContainer();
+    const auto table = SQLTable::tableWithName("t");
+    document->add(table);
+    for (const char* name : {"c", "c_1", "c_2"}) table->add(SQLField::fieldWithName(name, "INTEGER"));
+    const auto ask = [&] {
+        for (int i = 0; i < 300; ++i) {
+            EXPECT_EQ(table->getValidName("c"), "c_3");
+            EXPECT_EQ(table->getValidNameForObject(*document, "c"), "c_3");
+            EXPECT_EQ(SQLNameMatch::getValidName("c", *table), "c_3") << "without the table's own lock around it";
+            EXPECT_EQ(document->getValidName("t"), "t_1");
+        }
+        for (const auto& field : table->getFields()) EXPECT_EQ(field->objectStyle()->styledObject(), field.get());
+    };
+    std::thread other(ask);
+    ask();
+    other.join();
+}
+
+TEST(ContainerThreads, DocumentsMergeEachOther) {
+    const std::shared_ptr<SQLContainer> one = SQLContainer::newContainer(), two = SQLContainer::newContainer();
+    for (const auto& document : {one, two})
+        for (const auto& table : tables(20)) document->add(table);
+    const auto exchange = [](SQLContainer& to, SQLContainer& from) {
+        for (int i = 0; i < 10; ++i) {
+            to.merge(from);
+            to.addObjects(from.flatObjectList());
+        }
+    };
+    std::thread other([&] { exchange(*two, *one); });
+    exchange(*one, *two);
+    other.join();
+    EXPECT_EQ(one->count(), two->count());
 }
 
 }  // namespace

@@ -31,10 +31,10 @@ public:
     void rename(Named& object, const std::string& name) {
         const std::string former = lowercased(object.getName());
         object.setName(name);
-        _hints.nameBecameFree(former);
+        _hints.lock()->nameBecameFree(former);
     }
     void removeAt(std::size_t position) {
-        _hints.nameBecameFree(lowercased(objects[position]->getName()));
+        _hints.lock()->nameBecameFree(lowercased(objects[position]->getName()));
         objects.erase(objects.begin() + static_cast<std::ptrdiff_t>(position));
     }
     bool holdsName(std::string_view name, const SQLObject* except) const override {
@@ -45,13 +45,13 @@ public:
     std::size_t siblingCount(const SQLObject* except) const override {
         return objects.size() - (std::ranges::find(objects, except, &std::shared_ptr<Named>::get) != objects.end());
     }
-    NumberHints& numberHints() const override { return _hints; }
+    LockedHandle<NumberHints> numberHints() const override { return _hints.lock(); }
 
     std::vector<std::shared_ptr<Named>> objects;
     mutable std::size_t lookUps = 0;
 
 private:
-    mutable NumberHints _hints;
+    mutable Guarded<NumberHints> _hints;
 };
 
 TEST(NameMatch, ForAnObject) {
@@ -127,7 +127,7 @@ TEST(NameMatch, HintsNeverChangeTheResult) {
                 if (exists) scope.rename(*object, below(2) ? forObject : proposal);
                 break;
             case 2:
-                if (below(20) == 0) scope.numberHints().clear();
+                if (below(20) == 0) scope.numberHints()->clear();
                 break;
             case 3:
                 scope.add(amongAll);

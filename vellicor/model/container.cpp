@@ -37,22 +37,20 @@ void detach(Part* part, const SQLContainer& document) {
 
 }  // namespace
 
-/// Hears of the new names and uids of objects that report to another holder. It has a lock of its own, since what
-/// another document adopts is watched from there.
+/// Hears of the new names and uids of objects that report to another holder. Guarded by the list's lock.
 class SQLContainer::GuestWatch : public KeyObserver {
 public:
     explicit GuestWatch(const SQLContainer& container) : _container(container) {}
 
     void add(SQLObject& object) {
-        auto guests = _guests.lock();
-        Guest& guest = (*guests)[&object];
+        Guest& guest = _guests[&object];
         if (!guest.object.expired()) return;
         // Unknown so far, or at the address of one that died.
         guest.object = object.weak_from_this();
         guest.observations = {object.observe(*this, "name"), object.observe(*this, "displayName"),
                               object.observe(*this, keys::uid)};
     }
-    void remove(const SQLObject& object) { _guests.lock()->erase(&object); }
+    void remove(const SQLObject& object) { _guests.erase(&object); }
     void didChangeValue(const void* object, std::string_view key) override {
         auto stale = const_cast<SQLContainer&>(_container)._staleKeys.lock();
         (key == keys::uid ? stale->uids : stale->names).insert(static_cast<const SQLObject*>(object));
@@ -65,7 +63,7 @@ private:
     };
 
     const SQLContainer& _container;
-    Guarded<std::unordered_map<const SQLObject*, Guest>> _guests;
+    std::unordered_map<const SQLObject*, Guest> _guests;
 };
 
 SQLContainer::SQLContainer() = default;
@@ -112,7 +110,7 @@ void SQLContainer::add(const std::shared_ptr<SQLObject>& object) {
 }
 
 void SQLContainer::addObjects(const std::vector<std::shared_ptr<SQLObject>>& objects) {
-    auto list = lockedList();
+    const auto locks = lockedWithHolders({this}, [&] { return objects; });
     for (const auto& object : objects) {
         if (as<SQLObjectPeer>(object.get()) || as<SQLObjectLabel>(object.get()))
             add(object);
@@ -125,8 +123,8 @@ void SQLContainer::addWithRenaming(const std::shared_ptr<SQLObjectPeer>& object)
     if (!object || object.get() == this) return;
     if (as<SQLField>(object.get()) && !_allowsFieldObjects) return;
     if (const auto* info = as<SQLDocumentInfo>(object.get())) return setDocumentInfo(*info);
-    auto list = lockedList();
-    if (list->contains(*object)) return;
+    const auto locks = lockedWithHolders({this}, [&] { return std::array{object}; });
+    if (contains(*object)) return;
     try {
         if (object->asContainer()) refuse(object.get());
         const std::string name = object->getName();
@@ -149,6 +147,7 @@ bool SQLContainer::addObjectToContainer(const std::shared_ptr<SQLObjectPeer>& ob
         setDocumentInfo(*info);
         return true;
     }
+    const auto locks = lockedWithHolders({this}, [&] { return std::array{object}; });
     auto list = lockedList();
     if (list->contains(*object)) return true;
     std::size_t index = list->size();
@@ -168,6 +167,21 @@ bool SQLContainer::addObjectToContainer(const std::shared_ptr<SQLObjectPeer>& ob
     _objectLabelManager->addObjectToLabelList(*object);
     updateSchemaForObject(*object);
     return true;
+}
+
+template <class Objects>
+std::vector<SQLContainer::List> SQLContainer::lockedWithHolders(std::set<const SQLContainer*> documents,
+                                                                Objects objects) {
+    while (true) {
+        std::vector<List> locks;
+        for (const SQLContainer* document : documents) locks.push_back(document->lockedList());
+        const std::size_t known = documents.size();
+        for (const auto& object : objects()) {
+            SQLObject* holder = object ? object->container() : nullptr;
+            if (const SQLContainer* document = holder ? holder->asContainer() : nullptr) documents.insert(document);
+        }
+        if (documents.size() == known) return locks;  // otherwise anew, in order
+    }
 }
 
 void SQLContainer::adopt(SQLObjectPeer& object) {
@@ -327,7 +341,7 @@ void SQLContainer::relocateAllToBase(Point base) { relocateAll({-base.x, -base.y
 
 void SQLContainer::merge(SQLContainer& other, bool /*flag*/) {
     if (&other == this) return;
-    auto list = lockedList();
+    const auto locks = lockedWithHolders({this, &other}, [&] { return other.objectList(); });
     other.postLoadProcess();
     const Objects merged = other.objectList();
     for (const auto& object : merged) object->checkUid(*this);

@@ -3,6 +3,7 @@
 
 #include <functional>
 #include <memory>
+#include <set>
 #include <string>
 #include <string_view>
 #include <unordered_map>
@@ -156,7 +157,7 @@ public:
                                                      bool isFKObject) const;
     [[nodiscard]] bool holdsName(std::string_view lowercasedName, const SQLObject* except) const override;
     [[nodiscard]] std::size_t siblingCount(const SQLObject* except) const override;
-    [[nodiscard]] NumberHints& numberHints() const override;
+    [[nodiscard]] LockedHandle<NumberHints> numberHints() const override;
     void memberUidDidChange(SQLObject& member) override;
     void memberNameDidChange(SQLObject& member) override;
 
@@ -184,7 +185,10 @@ public:
 
     // --- schemas
     /// A copy.
-    [[nodiscard]] std::vector<std::shared_ptr<SQLSchema>> schemaList() const { return _schemaList.schemas(); }
+    [[nodiscard]] std::vector<std::shared_ptr<SQLSchema>> schemaList() const {
+        auto list = _objectList.lock();
+        return _schemaList.schemas();
+    }
     [[nodiscard]] std::vector<std::shared_ptr<SQLSchema>> listOfSchema() const { return schemaList(); }
     [[nodiscard]] SQLSchema* defaultSchema() const { return _defaultSchema.get(); }
     /// Undoable, "add schema".
@@ -294,7 +298,11 @@ private:
 
     /// The list, its indexes up to date.
     [[nodiscard]] List lockedList() const;
-    /// Takes the object over, or watches one that stays with its holder.
+    /// The lists of the documents and of those that hold what `objects()` answers, in one order everywhere, so that two
+    /// threads that take objects from each other's document do not wait for each other.
+    template <class Objects>
+    [[nodiscard]] static std::vector<List> lockedWithHolders(std::set<const SQLContainer*> documents, Objects objects);
+    /// Takes the object over, or watches one that stays with its holder, whose list is locked.
     void adopt(SQLObjectPeer& object);
     /// The other way round.
     void release(SQLObjectPeer& object);

@@ -86,7 +86,11 @@ std::size_t SQLContainer::siblingCount(const SQLObject* except) const {
     return list->size() - (except && list->contains(*except) ? 1 : 0);
 }
 
-NumberHints& SQLContainer::numberHints() const { return lockedList()->numberHints(); }
+LockedHandle<NumberHints> SQLContainer::numberHints() const {
+    auto list = lockedList();
+    NumberHints& hints = list->numberHints();
+    return std::move(list).of(hints);
+}
 
 // --- by uid
 

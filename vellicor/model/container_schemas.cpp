@@ -8,6 +8,7 @@
 namespace vellicor {
 
 void SQLContainer::addSchema(std::shared_ptr<SQLSchema> schema) {
+    auto list = _objectList.lock();
     if (!schema || _schemaList.contains(*schema)) return;
     registerUndo(this, [schema](SQLContainer& container) { container.removeSchema(schema); });
     setUndoActionName("add schema");
@@ -15,6 +16,7 @@ void SQLContainer::addSchema(std::shared_ptr<SQLSchema> schema) {
 }
 
 void SQLContainer::removeSchema(std::shared_ptr<SQLSchema> schema) {
+    auto list = _objectList.lock();
     // A schema that loses its last object is swept away, which must not begin its removal once more.
     if (!schema || !_schemaList.contains(*schema) || schema->_isBeingRemoved) return;
     schema->_isBeingRemoved = true;
@@ -27,6 +29,7 @@ void SQLContainer::removeSchema(std::shared_ptr<SQLSchema> schema) {
 }
 
 void SQLContainer::removeEmptySchema() {
+    auto list = _objectList.lock();
     auto isSwept = [this](const SQLSchema& schema) {
         return schema.isEmpty() && &schema != _defaultSchema.get() && !schema.isDefault() && !schema._isBeingRemoved;
     };
@@ -37,6 +40,7 @@ void SQLContainer::removeEmptySchema() {
 }
 
 void SQLContainer::removeAllSchema() {
+    auto list = _objectList.lock();
     const auto schemas = schemaList();
     for (const auto& schema : schemas)
         if (schema != _defaultSchema && !schema->isDefault() && schema->autoDeleteWhenEmpty())
@@ -44,6 +48,7 @@ void SQLContainer::removeAllSchema() {
 }
 
 std::shared_ptr<SQLSchema> SQLContainer::schemaForName(std::string_view name) {
+    auto list = _objectList.lock();
     if (auto schema = _schemaList.named(name)) return schema;
     auto schema = SQLSchema::schemaWithName(std::string(name));
     _schemaList.add(schema);
@@ -51,6 +56,7 @@ std::shared_ptr<SQLSchema> SQLContainer::schemaForName(std::string_view name) {
 }
 
 SQLContainer::Objects SQLContainer::objectsWithSchema(const SQLSchema& schema) const {
+    auto list = _objectList.lock();
     Objects objects;
     for (SQLObject* object : schema.objectList())
         if (auto* peer = as<SQLObjectPeer>(object)) objects.push_back(shared(peer));
@@ -60,6 +66,7 @@ SQLContainer::Objects SQLContainer::objectsWithSchema(const SQLSchema& schema) c
 void SQLContainer::updateSchemaForObject(SQLObject& object) {
     const auto* table = as<SQLTable>(&object);
     if (!table) return;
+    auto list = _objectList.lock();
     const std::string name = table->getSchemaName();
     const auto schema = name.empty() ? _defaultSchema : schemaForName(name);
     schema->addObject(object);
@@ -69,6 +76,7 @@ void SQLContainer::updateSchemaForObject(SQLObject& object) {
 void SQLContainer::removeObjectFromSchema(SQLObject& object) { removeObjectFromSchema(object, nullptr); }
 
 void SQLContainer::removeObjectFromSchema(SQLObject& object, const SQLSchema* exceptSchema) {
+    auto list = _objectList.lock();
     for (SQLSchema* schema : _schemaList.holding(object))
         if (schema != exceptSchema) schema->removeObject(object);
     removeEmptySchema();

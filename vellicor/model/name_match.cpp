@@ -37,11 +37,11 @@ std::uint64_t firstFreeNumber(const NameScope& scope, std::string_view key, std:
     auto isTaken = [&](std::uint64_t number) {
         return scope.holdsName(text("%@%ld", key, static_cast<std::int64_t>(number)), except);
     };
-    NumberHints& hints = scope.numberHints();
-    std::uint64_t number = hints.firstCandidate(base, start);
+    const auto hints = scope.numberHints();
+    std::uint64_t number = hints->firstCandidate(base, start);
     while (number - start < limit && isTaken(number)) {
-        hints.remember(base, number, number);
-        number = hints.firstCandidate(base, number);
+        hints->remember(base, number, number);
+        number = hints->firstCandidate(base, number);
     }
     // Among the numbers skipped may be the one that the object left out has itself.
     if (!except || number == start) return number;

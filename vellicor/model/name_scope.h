@@ -10,6 +10,7 @@
 #include <unordered_map>
 
 #include "vellicor/model/forward.h"
+#include "vellicor/platform/guarded.h"
 #include "vellicor/platform/text.h"
 
 namespace vellicor {
@@ -46,7 +47,8 @@ public:
     [[nodiscard]] virtual bool holdsName(std::string_view lowercasedName, const SQLObject* except) const = 0;
     /// How many elements there are, `except` left out.
     [[nodiscard]] virtual std::size_t siblingCount(const SQLObject* except) const = 0;
-    [[nodiscard]] virtual NumberHints& numberHints() const = 0;
+    /// Holds the list's lock while it lives.
+    [[nodiscard]] virtual LockedHandle<NumberHints> numberHints() const = 0;
 };
 
 }  // namespace vellicor

@@ -8,9 +8,7 @@
 
 namespace vellicor {
 
-SQLObjectPeer::~SQLObjectPeer() {
-    if (_objectStyle && _objectStyle->styledObject() == this) _objectStyle->setStyledObject(nullptr);
-}
+SQLObjectPeer::~SQLObjectPeer() { releaseStyle(); }
 
 // --- stacking
 
@@ -133,30 +131,34 @@ void SQLObjectPeer::resetFonts() {
     setBoldObjectFont(std::nullopt);  // Kept: not the bold title font, which stays as it is.
 }
 
-const std::shared_ptr<QVObjectStyle>& SQLObjectPeer::objectStyle() const {
-    if (!_objectStyle) {
-        _objectStyle = create<QVObjectStyle>();
-        _objectStyle->setStyledObject(const_cast<SQLObjectPeer*>(this));
-    }
-    return _objectStyle;
+std::shared_ptr<QVObjectStyle> SQLObjectPeer::objectStyle() const {
+    if (auto style = _objectStyle.get()) return style;
+    const auto fresh = create<QVObjectStyle>();
+    fresh->setStyledObject(const_cast<SQLObjectPeer*>(this));
+    return _objectStyle.setIfNull(fresh);
 }
 
 void SQLObjectPeer::setObjectStyle(std::shared_ptr<QVObjectStyle> style) {
-    if (_objectStyle && _objectStyle->styledObject() == this) _objectStyle->setStyledObject(nullptr);
-    _objectStyle = std::move(style);
-    if (_objectStyle) _objectStyle->setStyledObject(this);
+    releaseStyle();
+    if (style) style->setStyledObject(this);
+    _objectStyle.set(std::move(style));
+}
+
+void SQLObjectPeer::releaseStyle() {
+    const auto style = _objectStyle.get();
+    if (style && style->styledObject() == this) style->setStyledObject(nullptr);
 }
 
 // --- document
 
 void SQLObjectPeer::exportPropertiesToXMLNode(const XMLElement& node) const {
     SQLObject::exportPropertiesToXMLNode(node);
-    if (_objectStyle && !_objectStyle->isEmpty()) _objectStyle->exportToXMLNode(&node);
+    if (const auto style = _objectStyle.get(); style && !style->isEmpty()) style->exportToXMLNode(&node);
 }
 
 std::shared_ptr<SQLObject> SQLObjectPeer::copyWithZone(void* zone) const {
     auto copy = SQLObject::copyWithZone(zone);
-    if (_objectStyle) as<SQLObjectPeer>(copy.get())->setObjectStyle(copyOf(*_objectStyle));
+    if (const auto style = _objectStyle.get()) as<SQLObjectPeer>(copy.get())->setObjectStyle(copyOf(*style));
     return copy;
 }
 

@@ -48,8 +48,8 @@ public:
     void setBoldObjectTitleFont(const std::optional<Font>& font);
     [[nodiscard]] Font boldObjectTitleFont() const;
     void resetFonts();
-    /// Never null: made when first asked for.
-    [[nodiscard]] const std::shared_ptr<QVObjectStyle>& objectStyle() const;
+    /// Never null: made when first asked for, by whichever thread.
+    [[nodiscard]] std::shared_ptr<QVObjectStyle> objectStyle() const;
     /// The style's parent becomes this object.
     void setObjectStyle(std::shared_ptr<QVObjectStyle> style);
 
@@ -70,11 +70,13 @@ public:
     static const ClassInfo kClassInfo;
 
 private:
+    void releaseStyle();
+
     bool _hasViewPeer = false;  // the object has a view on the canvas
     bool _hasCocoa = false;
     bool _didChangeNameDuringValidation = false;
     bool _mustValidateName = false;
-    mutable std::shared_ptr<QVObjectStyle> _objectStyle;  // null until first asked for
+    mutable AtomicProperty<std::shared_ptr<QVObjectStyle>> _objectStyle;  // null until first asked for
 };
 
 }  // namespace vellicor

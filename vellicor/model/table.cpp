@@ -137,7 +137,10 @@ ComponentUids& SQLTable::uids() const {
     return *_uids;
 }
 
-const SQLTable::UidMap& SQLTable::uidFieldMap() const { return uids().map(); }
+SQLTable::UidMap SQLTable::uidFieldMap() const {
+    auto components = _fields.lock();
+    return uids().map();
+}
 
 void SQLTable::addUidMapEntryForObject(SQLTableComponent& object) { addUidMapEntryForObject(object, object.uid()); }
 

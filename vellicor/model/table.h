@@ -181,7 +181,7 @@ public:
     [[nodiscard]] std::string getValidName(const OptionalText& name) const;
     [[nodiscard]] bool holdsName(std::string_view lowercasedName, const SQLObject* except) const override;
     [[nodiscard]] std::size_t siblingCount(const SQLObject* except) const override;
-    [[nodiscard]] NumberHints& numberHints() const override;
+    [[nodiscard]] LockedHandle<NumberHints> numberHints() const override;
     void memberNameDidChange(SQLObject& member) override;
     /// The name for SQL text: the qualified name.
     [[nodiscard]] std::string getNameForSQL() const { return fullyQualifiedName(); }
@@ -227,8 +227,8 @@ public:
     void removeUidMapEntryForObject(SQLTableComponent& object);
     void updateUidMapEntryForObject(SQLTableComponent& object);
     using UidMap = std::unordered_map<std::string, SQLTableComponent*, TextHash, std::equal_to<>>;
-    /// Every component by uid; of two with the same one, the one that was entered last.
-    [[nodiscard]] const UidMap& uidFieldMap() const;
+    /// Every component by uid; of two with the same one, the one that was entered last. A copy.
+    [[nodiscard]] UidMap uidFieldMap() const;
 
     // --- for the container
     void addTableToTargetList(SQLTable& table);
@@ -298,7 +298,7 @@ private:
     ObserverList<FieldListObserver*> _fieldObservers;
     OptionalText _fullyQualifiedNamePending;
     // Both are null while the list is short or nobody asked: most tables are narrow, and their list is as quick.
-    // They are guarded by the list's lock.
+    // They, and the hints, are guarded by the list's lock.
     mutable std::unique_ptr<ComponentNames> _names;
     mutable std::unique_ptr<ComponentUids> _uids;
     mutable NumberHints _numberHints;

@@ -61,7 +61,7 @@ bool SQLTable::validateFullyQualifiedName(OptionalText& name, ValidationError*) 
     if (!mustValidateName() && name && *name == fullyQualifiedName()) return true;
     const SQLContainer* document = topLevelContainer();
     if (!document) return true;
-    std::string valid = SQLNameMatch::getValidNameForObject(*this, name, *document, true);
+    std::string valid = document->getValidNameForObject(*this, name);
     if (name && valid == *name) return true;
     if (valid != fullyQualifiedName()) setDidChangeNameDuringValidation(true);
     name = std::move(valid);
@@ -77,10 +77,14 @@ void SQLTable::setSchemaDisplayName(const OptionalText& name) {
 // --- names of components
 
 std::string SQLTable::getValidNameForObject(const SQLObject& object, const OptionalText& originalName) const {
+    auto components = _fields.lock();
     return SQLNameMatch::getValidNameForObject(object, originalName, *this, false);
 }
 
-std::string SQLTable::getValidName(const OptionalText& name) const { return SQLNameMatch::getValidName(name, *this); }
+std::string SQLTable::getValidName(const OptionalText& name) const {
+    auto components = _fields.lock();
+    return SQLNameMatch::getValidName(name, *this);
+}
 
 bool SQLTable::isObjectNamePresent(std::string_view name) const {
     return SQLNameMatch::isObjectNamePresent(name, *this);
@@ -100,7 +104,7 @@ std::size_t SQLTable::siblingCount(const SQLObject* except) const {
     return components->size() - (component && contains(*component) ? 1 : 0);
 }
 
-NumberHints& SQLTable::numberHints() const { return _numberHints; }
+LockedHandle<NumberHints> SQLTable::numberHints() const { return _fields.lock().of(_numberHints); }
 
 void SQLTable::memberNameDidChange(SQLObject& member) {
     auto components = _fields.lock();

@@ -28,6 +28,12 @@ public:
         std::scoped_lock lock(sharedLock(this));
         std::swap(_value, value);
     }
+    /// Stores `value` unless there is one that is not null; answers what is stored then.
+    T setIfNull(T value) {
+        std::scoped_lock lock(sharedLock(this));
+        if (!_value) _value = std::move(value);
+        return _value;
+    }
 
 private:
     T _value{};
