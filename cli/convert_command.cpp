@@ -29,6 +29,7 @@ struct ConvertOptions {
     std::string document;
     std::string output;
     std::string form;
+    bool inPlace = false;
     PartOptions part;
     PreferenceOptions preferences;
     ReportOptions report;
@@ -77,19 +78,47 @@ const Form& chosenForm(const ConvertOptions& options) {
                                 joined(formNames(), ", ")));
 }
 
-ExitCode convert(const ConvertOptions& options, Messages& messages) {
+/// What replaces the document must be all of it, and of a damaged one a backup stays.
+void protectSource(const ConvertOptions& options, const Form& form, const Document& document, const Output& output) {
+    if (!output.replaces(document)) return;
+    if (form.text != xmlForm)
+        throw Failure(kBadUse, text("the %@ would replace the document; choose another file with -o", form.name));
+    if (!options.part.isWhole())
+        throw Failure(kBadUse, "a part of the document would replace all of it; choose another file with -o");
+    if (document.recovered && !options.inPlace)
+        throw Failure(
+            kBadUse, text("%@ is damaged, and its repaired text would replace it; choose another file with -o, or keep "
+                          "a backup of it with --in-place",
+                          document.name));
+}
+
+/// Where the document goes that was asked for: with --in-place, to where it came from.
+ConvertOptions completed(ConvertOptions options) {
+    if (options.inPlace && options.output.empty()) options.output = options.document;
+    if (options.inPlace && options.output == "-")
+        throw Failure(kBadUse, "--in-place needs a file; standard input cannot be replaced");
+    if (options.output.empty())
+        throw Failure(kBadUse, "--output is required, or --in-place to replace the document itself");
+    return options;
+}
+
+ExitCode convert(const ConvertOptions& given, Messages& messages) {
     messages.steps().setCount(2);  // reading and converting
+    const ConvertOptions options = completed(given);
     applyPreferences(options.preferences, messages);
     const Form& form = chosenForm(options);
     const Document document = readDocument(options.document, messages);
     const Output output = Output::to(options.output, document.stem, form.extension);
-    if (output.replaces(document) && form.text != xmlForm)
-        throw Failure(kBadUse, text("the %@ would replace the document; choose another file with -o", form.name));
+    protectSource(options, form, document, output);
     std::string converted;
     {
         const Progress progress(messages, "converting " + document.name);
         keepPart(*document.container, options.part, messages);
         converted = form.text(document);
+    }
+    if (options.inPlace && document.recovered && output.replaces(document)) {
+        requireClean(messages, options.report);
+        messages.warning(text("the damaged document is kept as %@", output.keepBackup().string()));
     }
     deliver(messages, options.report, document, output, converted, {{"form", form.name}});
     return kDone;
@@ -103,10 +132,13 @@ void addConvertCommand(CLI::App& app, Session& session) {
         *app.add_subcommand("convert", "write a document as XML, JSON, Markdown, Mermaid or a Graphviz graph");
     addDocument(command, options->document);
     command.add_option("-o,--output", options->output, "file or folder to write; - for standard output")
-        ->type_name(kFileType)
-        ->required();
+        ->type_name(kFileType);
+    command.add_flag("--in-place", options->inPlace,
+                     "replace the document itself; a damaged one is kept beside it as DOC.bak");
     command.add_option("--to", options->form, "form of the output; by its extension when not given")
         ->check(CLI::IsMember(formNames()));
+    command.add_flag("--classic", options->preferences.classic,
+                     "the classic XML, even where it would not come back as it is");
     addPartOptions(command, options->part);
     completeDocumentCommand(command, session, options, convert);
 }

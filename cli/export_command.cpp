@@ -34,7 +34,6 @@ struct ExportOptions {
     std::optional<bool> header;
     bool ifNotExists = false;
     bool honorIgnore = false;
-    bool classic = false;
     std::string sort;
     std::string quote;
     TypeTranslationOptions types;
@@ -67,7 +66,6 @@ std::vector<std::string> quotingModeNames() {
 /// Flags that have a preference of their own win over every other way to set it.
 void applyFlags(const ExportOptions& options) {
     Preferences& preferences = Preferences::shared();
-    if (options.classic) preferences.setBool(false, prefs::runnableScripts);
     if (options.header) preferences.setBool(*options.header, prefs::includeTitleHeaderInExport);
     if (options.ifNotExists) preferences.setBool(true, prefs::useIfNotExistsOnTableExport);
     if (options.honorIgnore) preferences.setBool(true, prefs::canIgnoreObjectsOnExport);
@@ -99,7 +97,7 @@ std::string script(const Document& document, const std::string& dialect, const E
     if (options.drop) info.setDropTableOption(*options.drop);
     container.updateExportDialect();
     keepPart(container, options.part, messages);
-    if (!options.classic) translateTypes(container, own, dialect, options.types, messages);
+    if (!options.preferences.classic) translateTypes(container, own, dialect, options.types, messages);
     exporter->setDocumentInfo(as<SQLDocumentInfo>(info.shared_from_this()));
     return container.exportToSQL(*exporter);
 }
@@ -147,7 +145,8 @@ void addExportCommand(CLI::App& app, Session& session) {
     command.add_option("--quote", options->quote, "which names are put in quotes")
         ->check(CLI::IsMember(quotingModeNames()));
     command.add_flag("--honor-ignore", options->honorIgnore, "leave out what the document marks as not to be exported");
-    command.add_flag("--classic", options->classic, "the classic text, even where the database would refuse it");
+    command.add_flag("--classic", options->preferences.classic,
+                     "the classic text, even where the database would refuse it");
     addTypesOption(command, options->types);
     addPartOptions(command, options->part);
     completeDocumentCommand(command, session, options, exportDocument);

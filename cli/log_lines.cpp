@@ -38,6 +38,8 @@ constexpr std::string_view kInformation[] = {
     "Exporting to ",
     "SQLContainer debug",
     "FIX: ",
+    "Error occurred during parsing :",
+    "recovery mode: ",
     "Plugin Type: ",
     "Loaded Plugins:",
     // what is drawn on the canvas has neither SQL nor a name in any dialect

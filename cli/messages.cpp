@@ -5,6 +5,8 @@
 #include <iostream>
 
 #include "cli/terminal.h"
+#include "vellicor/platform/text.h"
+#include "vellicor/platform/text_format.h"
 
 namespace vellicor::cli {
 
@@ -18,16 +20,27 @@ constexpr std::string_view kPlain = "\033[0m";
 
 Messages::Messages() {
     _steps.setIncrement(1);
-    _previousSink = setLogSink([this](std::string_view line) { add(levelOfLogLine(line), line); });
+    _previousSink = setLogSink([this](std::string_view line) {
+        const std::string subject = LogSubject::current();
+        add(levelOfLogLine(line), subject.empty() ? std::string(line) : text("%@ (%@)", trimmed(line), subject));
+    });
 }
 
 Messages::~Messages() { setLogSink(std::move(_previousSink)); }
 
 void Messages::add(Level level, std::string_view text) {
-    const auto event = QVStatusEvent::statusEventWithSummary(singleLine(text), std::nullopt);
+    const std::string line = singleLine(text);
+    const auto event = QVStatusEvent::statusEventWithSummary(line, std::nullopt);
     event->setIsWarning(level == Level::Warning);
     std::scoped_lock lock(_mutex);
+    if (_said && !_said->insert(line).second) return;
     _log->addEvent(event);
+}
+
+void Messages::setDropsRepeats(bool flag) {
+    std::scoped_lock lock(_mutex);
+    _said.reset();
+    if (flag) _said.emplace();
 }
 
 std::size_t Messages::warningCount() const {

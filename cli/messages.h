@@ -3,6 +3,9 @@
 
 #include <memory>
 #include <mutex>
+#include <optional>
+#include <set>
+#include <string>
 #include <string_view>
 
 #include "cli/log_lines.h"
@@ -28,6 +31,8 @@ public:
     void setVerbose(bool flag) { _verbose = flag; }
 
     void add(Level level, std::string_view text);
+    /// While reading, a line that was said before is not said again: a damaged document is read twice.
+    void setDropsRepeats(bool flag);
     void warning(std::string_view text) { add(Level::Warning, text); }
     [[nodiscard]] std::size_t warningCount() const;
     /// For machine-readable results: maps of "level" and "text", in order.
@@ -45,6 +50,7 @@ private:
 
     mutable std::mutex _mutex;  // guards the log: the library may write lines from any thread
     std::shared_ptr<QVStatusLog> _log = std::make_shared<QVStatusLog>();
+    std::optional<std::set<std::string, std::less<>>> _said;  // null while repeats count
     std::size_t _shown = 0;
     ProgressWatcher _steps;
     bool _quiet = false;

@@ -46,7 +46,19 @@ Output Output::to(const std::string& argument, std::string_view stem, std::strin
 
 bool Output::replaces(const Document& document) const {
     std::error_code error;
-    return _file && document.file && std::filesystem::equivalent(*_file, *document.file, error);
+    const std::filesystem::path source = document.file.value_or("/dev/stdin");
+    return _file && std::filesystem::is_regular_file(source, error) &&
+           std::filesystem::equivalent(*_file, source, error);
+}
+
+std::filesystem::path Output::keepBackup() const {
+    std::error_code error;
+    for (int number = 1;; ++number) {
+        const std::filesystem::path backup = _file->string() + (number == 1 ? ".bak" : text(".bak%d", number));
+        if (std::filesystem::exists(std::filesystem::symlink_status(backup, error))) continue;
+        if (std::filesystem::copy_file(*_file, backup, error)) return backup;
+        if (error != std::errc::file_exists) throw cannotWrite(backup.string(), error.message());
+    }
 }
 
 void Output::write(std::string_view bytes) const {

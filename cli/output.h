@@ -20,8 +20,11 @@ public:
 
     /// Null for standard output.
     [[nodiscard]] const std::optional<std::filesystem::path>& file() const { return _file; }
-    /// Whether it would replace the file that the document was read from.
+    /// Whether it would replace the file that the document was read from, be that by standard input or through links.
     [[nodiscard]] bool replaces(const Document& document) const;
+    /// Keeps the present file beside itself as "<file>.bak", or "<file>.bak2" and so on when there is one; answers its
+    /// name. A `Failure` when that cannot be done.
+    std::filesystem::path keepBackup() const;
     /// All of it or, to a file, nothing: an existing file is whole whatever happens.
     void write(std::string_view bytes) const;
 

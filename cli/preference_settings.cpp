@@ -1,6 +1,9 @@
 // cli/preference_settings.cpp — reading, checking and writing preferences.
 #include "cli/preference_settings.h"
 
+#include <algorithm>
+#include <iterator>
+
 #include "cli/failure.h"
 #include "cli/nearest_name.h"
 #include "vellicor/platform/files.h"
@@ -16,8 +19,10 @@ namespace vellicor::cli {
 
 namespace {
 
-/// The one preference that the tool turns on where the library leaves it off.
-constexpr std::string_view kOnByDefault = prefs::runnableScripts;
+/// The preferences that the tool turns on where the library leaves them off.
+constexpr std::string_view kOnByDefault[] = {prefs::runnableScripts, prefs::losslessDocuments};
+
+bool isOnByDefault(std::string_view key) { return std::ranges::find(kOnByDefault, key) != std::end(kOnByDefault); }
 
 }  // namespace
 
@@ -76,12 +81,12 @@ std::string preferenceText(const Value& value) {
 }
 
 std::string defaultPreferenceText(const KnownPreference& preference) {
-    return preference.key == kOnByDefault ? "true" : std::string(preferenceDefault(preference.type));
+    return isOnByDefault(preference.key) ? "true" : std::string(preferenceDefault(preference.type));
 }
 
 void applyPreferences(const PreferenceOptions& options, Messages& messages) {
     Preferences& preferences = Preferences::shared();
-    preferences.setBool(true, kOnByDefault);
+    for (std::string_view key : kOnByDefault) preferences.setBool(true, key);
     for (const auto& [key, value] : storedPreferences(options.config)) preferences.setObject(value, key);
     for (const std::string& setting : options.settings) {
         const auto equals = setting.find('=');
@@ -90,6 +95,8 @@ void applyPreferences(const PreferenceOptions& options, Messages& messages) {
         const std::string key = setting.substr(0, equals);
         preferences.setObject(preferenceFromText(key, setting.substr(equals + 1), messages), key);
     }
+    if (options.classic)
+        for (std::string_view key : kOnByDefault) preferences.setBool(false, key);
 }
 
 }  // namespace vellicor::cli

@@ -30,8 +30,8 @@ void writePreferences(const std::filesystem::path& file, const Value::Map& prefe
 /// What a run of the tool starts with when nobody set the preference, as people read it.
 [[nodiscard]] std::string defaultPreferenceText(const KnownPreference& preference);
 
-/// Fills the shared preferences: what the tool starts with, then the file, then the single settings; what comes later
-/// wins.
+/// Fills the shared preferences: what the tool starts with, then the file, then the single settings, then --classic;
+/// what comes later wins.
 void applyPreferences(const PreferenceOptions& options, Messages& messages);
 
 }  // namespace vellicor::cli

@@ -26,6 +26,7 @@ struct ReportOptions {
 struct PreferenceOptions {
     std::vector<std::string> settings;  ///< "KEY=VALUE"
     std::string config;                 ///< property list to use instead of the user's own; empty: none given
+    bool classic = false;               ///< what the tool turns on by itself stays off
 };
 /// Which tables and views count: those that match a pattern of every kind that was given.
 struct PartOptions {

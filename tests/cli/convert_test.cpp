@@ -74,6 +74,38 @@ TEST(Convert, TheFormFollowsTheExtensionOrTheFlag) {
     EXPECT_EQ(part.find("objects")->asList()->size(), 2u);  // the table, and a remark on the canvas
 }
 
+TEST(Convert, TheSourceIsNeverReplacedByLess) {
+    ToolRun tool;
+    const std::string damaged = "<SQLContainer><SQLTable><name>t</name><n>a\x01z</n></SQLTable></SQLContainer>";
+    tool.write("d.xml", damaged);
+    tool.write("whole.xml", ToolRun::read(kExamples + "shop.xml"));
+    std::filesystem::create_symlink("d.xml", tool.path() / "link.xml");
+    const std::vector<ToolRun::Arguments> refused = {
+        {"convert", "d.xml", "-o", "d.xml"},      {"convert", "link.xml", "-o", "d.xml"},
+        {"convert", "d.xml", "-o", "link.xml"},   {"convert", "whole.xml", "--tables", "orders", "-o", "whole.xml"},
+        {"convert", "d.xml", "-o", "."},          {"convert", "whole.xml", "--tables", "orders", "--in-place"},
+        {"convert", "whole.xml"},                 {"convert", "-", "--in-place", "--to", "xml"}};
+    for (const auto& arguments : refused) EXPECT_EQ(tool(arguments).code, 64) << ::testing::PrintToString(arguments);
+    EXPECT_EQ(tool.content("d.xml"), damaged);
+    const Outcome once = tool({"convert", "link.xml", "--in-place"});
+    EXPECT_EQ(once.code, 0) << once.err;
+    EXPECT_THAT(once.err, AllOf(HasSubstr("1 bytes that are no text were dropped"), HasSubstr("link.xml.bak")));
+    EXPECT_EQ(tool.content("link.xml.bak"), damaged);
+    EXPECT_THAT(tool.content("d.xml"), HasSubstr("<n><![CDATA[az]]></n>"));
+    EXPECT_EQ(tool({"convert", "whole.xml", "--in-place"}).code, 0);
+    EXPECT_EQ(tool.content("whole.xml.bak"), "");
+}
+
+TEST(Convert, WarningsSayWhichObjectAndWhere) {
+    const Outcome outcome = ToolRun()({"convert", "/dev/stdin", "-o", "-", "--to", "xml"},
+                                      "<SQLContainer>\n<SQLTable><name>t</name><SQLIndex><name>i</name>\n"
+                                      "<fieldName>x</fieldName></SQLIndex></SQLTable>\n<SQLField><name>f</name></SQLField>"
+                                      "<SQLTabel/></SQLContainer>");
+    EXPECT_THAT(outcome.err, AllOf(HasSubstr("'x' not found) (index i of table t, line 2)"),
+                                   HasSubstr("stray field object found (column f, line 4)"),
+                                   HasSubstr("nobody knows the element \"SQLTabel\"")));
+}
+
 TEST(Convert, MarkdownMeansWhatTheNamesSay) {
     const std::string text = converted(ToolRun(), "markdown");
     EXPECT_THAT(text, HasSubstr("\n### a \\| \\<c\\> \\\\ {e}; \\#f \\& %%g\n\n\\# first<br>\\*second\\* \\| third\n"));

@@ -167,6 +167,90 @@ TEST_P(PropertiesOnBothRoutes, EveryKeyOfEveryKindOfObjectSurvives) {
     EXPECT_TRUE(again->xmlDocument() == container->xmlDocument());
 }
 
+std::shared_ptr<SQLContainer> saved(const SQLContainer& container) {
+    auto again = Parser().parseXMLFromString(container.xmlDocument());
+    again->postLoadProcess();
+    return again;
+}
+
+TEST(Lossless, NamesComeBackAsTheyWere) {
+    const LogCapture log;
+    // As it is typed, and the name that this means.
+    const std::pair<const char*, std::string> names[] = {
+        {"`my.table`", "my.table"}, {"`a\"b`", "a\"b"},   {"\"it's\"", "it's"},       {"`\"q\"`", "\"q\""},
+        {"\"a`b\"", "a`b"},         {"end\\", "end\\"},   {"a\\\"b'c.d'", "a\\\"bc.d"}, {"'\\é\"'", "\\é\""},
+        {"plain", "plain"},
+    };
+    for (const auto& [typed, name] : names) {
+        const auto survives = [&, &typed = typed, &name = name] {
+            auto container = SQLContainer::newContainer();
+            auto table = SQLTable::tableWithName("t");
+            table->setBaseName(typed);
+            table->setSchemaName(typed);
+            container->add(table);
+            table->add(SQLField::fieldWithName(typed, "INTEGER"));
+            auto index = SQLIndex::indexWithName(typed);
+            index->addIndexField(*as<SQLField>(table->getFields()[0]));
+            table->add(index);
+            const auto read = saved(*container);
+            const auto* again = as<SQLTable>(read->objectList()[0].get());
+            auto* indexAgain = as<SQLIndex>(again->getFields()[1].get());
+            return again->getBaseName() == name && again->getSchemaName() == name &&
+                   again->getFields()[0]->getName() == name && indexAgain->getFieldNameList() == std::vector{name};
+        };
+        EXPECT_EQ(survives(), name == "plain" || name == "end\\") << name;
+        const ScopedPreference lossless(prefs::losslessDocuments);
+        EXPECT_TRUE(survives()) << name;
+    }
+}
+
+constexpr const char* kUnresolved = R"(<SQLContainer><SQLTable><name>t</name>
+<SQLField><name>a</name><type>timestamp(3) with time zone</type><uid>A</uid><referencesTable>gone</referencesTable>
+<referencesField>id</referencesField><referencesTableUID>G</referencesTableUID><referencesFieldUID>GF</referencesFieldUID>
+<deleteAction>1</deleteAction><updateAction>3</updateAction></SQLField>
+<SQLForeignKey><name>k</name><deleteAction>2</deleteAction><targetTableName>gone</targetTableName><targetTableUid>G</targetTableUid>
+<SQLForeignKeyEntry><targetFieldName>id</targetFieldName><targetFieldUid>GF</targetFieldUid>
+<sourceFieldName>a</sourceFieldName><sourceFieldUid>A</sourceFieldUid></SQLForeignKeyEntry></SQLForeignKey>
+</SQLTable></SQLContainer>)";
+
+TEST(Lossless, KeysToMissingTablesAndTextBehindTypesAreKept) {
+    LogCapture log;
+    const auto savedTwice = [] { return saved(*saved(*Parser().parseXMLFromString(kUnresolved)))->xmlDocument(); };
+    EXPECT_THAT(savedTwice(), Not(HasSubstr("GF")));
+    EXPECT_THAT(log.lines(), ::testing::Contains(HasSubstr("\"with time zone\" behind the type of the column a of table t")));
+    EXPECT_THAT(log.lines(), ::testing::Contains(HasSubstr("the column id of the foreign key k of table t")));
+    const ScopedPreference lossless(prefs::losslessDocuments);
+    const std::string kept = savedTwice();
+    for (const char* part : {"<type>timestamp(3) with time zone<", "<deleteAction>1<", "<updateAction>3<", "<referencesFieldUID><![CDATA[GF",
+                             "<targetFieldUid><![CDATA[GF", "<targetTableUid><![CDATA[G]", "<targetFieldName><![CDATA[id"})
+        EXPECT_THAT(kept, HasSubstr(part));
+    // The table comes in later.
+    auto document = saved(*Parser().parseXMLFromString(kept));
+    const auto other = Parser().parseXMLFromString(
+        "<SQLContainer><SQLTable><name>gone</name><uid>G</uid><SQLField><name>id</name><uid>GF</uid></SQLField></SQLTable></SQLContainer>");
+    document->merge(*other);
+    auto* column = as<SQLField>(as<SQLTable>(document->getObjectByName("t"))->getFieldByName("a"));
+    EXPECT_TRUE(column->getFkField());
+}
+
+TEST(RoundTrip, WhatNoReaderTakesIsNotWritten) {
+    LogCapture log;
+    auto container = SQLContainer::newContainer();
+    auto table = SQLTable::tableWithName("t");
+    container->add(table);
+    table->add(SQLField::fieldWithName("c", "INTEGER"));
+    auto index = SQLIndex::indexWithName("i");
+    index->addIndexField(*as<SQLField>(table->getFields()[0]));
+    table->add(index);
+    table->getFields()[0]->setName("\"\"");
+    for (const char* key : {"SQLObject", "SQLTable", "SQL Table", "SQLContainer", "size", "schema", "Comment"}) {
+        table->setProperty(key, "x");
+        EXPECT_FALSE(table->hasProperty(key)) << key;
+    }
+    EXPECT_EQ(log.lines().size(), 7u);
+    EXPECT_EQ(saved(*container)->count(), 1u);
+}
+
 TEST(RoundTrip, StackingOrderAndStylesComeBackInAnyOrderOfUids) {
     auto container = SQLContainer::newContainer();
     for (int i = 0; i < 20; ++i) container->add(SQLTable::tableWithName(text("t%d", i)));

@@ -105,6 +105,17 @@ std::string binaryList(const std::vector<std::string>& objects) {
            number(place);
 }
 
+TEST(PropertyList, TextsOfManyReferencesAreRefusedAtOnce) {
+    const auto read = [](std::size_t references) {
+        std::string list = "<plist version=\"1.0\"><string>";
+        for (; references > 0; --references) list += "&amp;";
+        std::string error;
+        return valueFromPropertyList(list + "</string></plist>", error).has_value() ? "" : error;
+    };
+    EXPECT_EQ(read(5000), "");
+    EXPECT_THAT(read(400'000), ::testing::HasSubstr("too many references"));
+}
+
 TEST(PropertyList, ReadsTheBinaryFormAndRefusesWhatIsNone) {
     std::string error;
     const std::string sound = binaryList({"\xD2\1\2\3\4", "\x51k", "\x51m", "\x53" "abc", "\xA2\1\5", "\x10\x2A"});

@@ -62,6 +62,23 @@ TEST(XMLEvents, EncodingsAreDecodedUnlessTheCallerKnowsBetter) {
     EXPECT_EQ(eventsOf("<?xml version='1.0' encoding='windows-1252'?><r a='\x80'>\x80</r>"), "<r a=€>€</r>");
     EXPECT_EQ(eventsOf("<?xml version='1.0' encoding='windows-1252'?><r>€</r>", true), "<r>€</r>");
     EXPECT_EQ(eventsOf("\xEF\xBB\xBF<r>é</r>"), "<r>é</r>");
+    using namespace std::string_literals;
+    const auto declared = [](const std::string& encoding, const std::string& text) {
+        return "<?xml version='1.0' encoding='" + encoding + "'?><r>" + text + "</r>";
+    };
+    const std::pair<std::string, std::string> cases[] = {
+        {declared("Shift_JIS", "\x93\xFA\x96\x7B"), "日本"},  {declared("EUC-JP", "\xC6\xFC\xCB\xDC"), "日本"},
+        {declared("GB18030", "\x94\x39\xFC\x36"), "😀"},     {declared("utf8", "é😀"), "é😀"},
+        {declared("UTF8", "é"), "é"},                          {declared("UTF-16", "é"), "é"},
+        {declared("US-ASCII", "é"), "é"},                      {"\xFF\xFE<\0r\0>\0\xE9\0<\0/\0r\0>\0"s, "é"},
+        {"\0<\0r\0>\0\xE9\0<\0/\0r\0>"s, "é"},             {"\xEF\xBB\xBF" + declared("ISO-8859-1", "é"), "é"},
+    };
+    for (const auto& [bytes, text] : cases) EXPECT_THAT(eventsOf(bytes), HasSubstr("<r>" + text + "</r>")) << bytes;
+    const XMLError bad = errorOf([&] { eventsOf(declared("Shift_JIS", "\n\x93")); });
+    EXPECT_EQ(bad.line(), 2);
+    EXPECT_THAT(bad.description(), HasSubstr("Shift_JIS"));
+    EXPECT_THAT(errorOf([] { eventsOf("<r>Stra\xDF" "e und \xDC" "bung, gr\xFC\xDF" "en</r>"); }).description(),
+                AllOf(HasSubstr("not UTF-8"), HasSubstr("ISO-8859-1")));
 }
 
 TEST(XMLEvents, LongInputIsReadWhole) {
@@ -180,6 +197,14 @@ TEST(XMLEvents, FilesIncludeRegularFilesAtOrBelowTheirFolder) {
         EXPECT_THAT(error.description(), AllOf(HasSubstr("&e;"), HasSubstr(systemId)));
         EXPECT_EQ(error.line(), 1);
     }
+    // Two entities that share a file; names of files are addresses.
+    outer.write("doc/two words.xml", "[]");
+    EXPECT_EQ(eventsOfFile(including("two%20words.xml")), "<r>[]</r>");
+    const std::string both = "<!ENTITY a SYSTEM '%2e%2e/secret.txt'><!ENTITY b SYSTEM '%2e%2e/secret.txt'>";
+    EXPECT_THAT(errorOf([&] { eventsOfFile(document(both, "&b;")); }).description(), HasSubstr("&b;"));
+    EXPECT_THAT(errorOf([&] { eventsOfFile(document("<!ENTITY % p SYSTEM 'no'><!ENTITY % q SYSTEM 'no'>%q;", "")); })
+                    .description(), HasSubstr("%q;"));
+
     const XMLError broken = errorOf([&] { eventsOfFile(including("broken.xml")); });
     EXPECT_EQ(broken.code(), 76);
     EXPECT_EQ(broken.line(), 2);

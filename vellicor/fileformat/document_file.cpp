@@ -3,6 +3,7 @@
 
 #include <exception>
 #include <functional>
+#include <memory>
 #include <optional>
 
 #include "vellicor/fileformat/parser.h"
@@ -39,67 +40,80 @@ void requireDocument(const Parser& parser, std::string_view name) {
                                  name, root));
 }
 
-/// A new container as `parse` fills it, its references resolved.
-std::shared_ptr<SQLContainer> containerFrom(std::string_view name, const Parse& parse) {
-    auto container = SQLContainer::newContainer();
-    Parser parser;
-    parse(parser, *container);
-    requireDocument(parser, name);
-    container->postLoadProcess();
-    return container;
+/// The reference to another file that an error is about; null for errors of other kinds.
+const ExternalEntityError* entityErrorOf(const SQLException& exception, std::exception_ptr& keepAlive) {
+    if (const auto* error = dynamic_cast<const ExternalEntityError*>(&exception)) return error;
+    try {
+        std::rethrow_if_nested(exception);
+    } catch (const SQLException& cause) {
+        keepAlive = std::current_exception();
+        return entityErrorOf(cause, keepAlive);
+    }
+    return nullptr;
 }
 
-/// `bytes` are asked for only when `parse` fails.
-LoadedDocument loaded(std::string_view name, const Parse& parse, const std::function<std::string()>& bytes) {
-    std::string exceptionName;
-    std::string damage;
+DocumentFileError unreadable(std::string_view name, const SQLException& first, const std::string& damage,
+                             const SQLException& second) {
+    std::exception_ptr keepAlive;
+    if (const ExternalEntityError* error = entityErrorOf(second, keepAlive))
+        return {
+            Kind::NotADocument, first.name(),
+            text("%@ cannot be read as a design document: %@. It cannot be repaired either, since it includes another "
+                 "file by %@: put the text of that file into the document, or correct the document by hand",
+                 name, damage, error->entity())};
+    return {
+        Kind::NotADocument, first.name(),
+        text("%@ cannot be read as a design document, and repairing it did not help: %@. Correct the file by hand or "
+             "take an older copy of it",
+             name, damage)};
+}
+
+/// What `parse` makes of `bytes`; when it fails, what repairing them gives.
+LoadedDocument loaded(std::string_view name, std::string_view bytes, const Parse& parse) {
+    LoadedDocument document{.container = SQLContainer::newContainer()};
+    Parser parser;
+    const auto finish = [&] {
+        requireDocument(parser, name);
+        document.container->postLoadProcess();
+        document.changes = parser.changes();
+        document.unknownElements = parser.unknownElements();
+    };
     try {
-        return {containerFrom(name, parse), false, {}};
+        parse(parser, *document.container);
+        finish();
+        return document;
     } catch (const DocumentFileError&) {
         throw;
     } catch (const SQLException& failure) {
-        exceptionName = failure.name();
-        damage = damageOf(failure);
-    }
-    const Parse recovery = [content = bytes()](Parser& parser, SQLContainer& container) {
-        parser.parseXMLWithRecoveryFromData(content, container);
-    };
-    try {
-        return {containerFrom(name, recovery), true, damage};
-    } catch (const DocumentFileError&) {
-        throw;
-    } catch (const SQLException&) {
-        throw DocumentFileError(Kind::NotADocument, exceptionName,
-                                text("%@ cannot be read as a design document, and repairing it did not help: %@. "
-                                     "Correct the file by hand or take an older copy of it",
-                                     name, damage));
+        document.recovered = true;
+        document.damage = damageOf(failure);
+        try {
+            parser.recoverFromData(bytes, *document.container, failure);
+            finish();
+            return document;
+        } catch (const DocumentFileError&) {
+            throw;
+        } catch (const SQLException& second) {
+            throw unreadable(name, failure, document.damage, second);
+        }
     }
 }
-
-DocumentFileError cannotRead(const std::string& reason) { return {Kind::CannotRead, exceptions::xmlParse, reason}; }
 
 }  // namespace
 
 LoadedDocument loadDocument(const std::filesystem::path& path) {
-    const Parse parse = [&](Parser& parser, SQLContainer& container) {
-        try {
-            parser.parseXMLFile(path, container);
-        } catch (const XMLError& error) {
-            if (error.code() == 0) throw cannotRead(error.description());
-            throw;
-        }
-    };
-    return loaded(path.string(), parse, [&] {
-        std::string reason;
-        std::optional<std::string> bytes = readFile(path, reason);
-        if (!bytes) throw cannotRead(text("%@ cannot be read: %@", path.string(), reason));
-        return std::move(*bytes);
-    });
+    std::string reason;
+    const std::optional<std::string> bytes = readFile(path, reason);
+    if (!bytes)
+        throw DocumentFileError(Kind::CannotRead, exceptions::xmlParse,
+                                text("%@ cannot be read: %@", path.string(), reason));
+    return loaded(path.string(), *bytes,
+                  [&](Parser& parser, SQLContainer& container) { parser.parseXMLFile(path, *bytes, container); });
 }
 
 LoadedDocument loadDocumentData(std::string_view bytes, std::string_view name) {
-    const Parse parse = [&](Parser& parser, SQLContainer& container) { parser.parseXMLFromData(bytes, container); };
-    return loaded(name, parse, [&] { return std::string(bytes); });
+    return loaded(name, bytes,
+                  [bytes](Parser& parser, SQLContainer& container) { parser.parseXMLFromData(bytes, container); });
 }
 
 void saveDocument(const SQLContainer& container, const std::filesystem::path& path) {

@@ -5,6 +5,7 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "vellicor/model/forward.h"
 #include "vellicor/platform/exception.h"
@@ -29,13 +30,15 @@ private:
 };
 
 struct LoadedDocument {
-    std::shared_ptr<SQLContainer> container;  ///< never null; references are resolved
-    bool recovered = false;                   ///< this load had to repair the document
-    std::string damage;                       ///< what the first attempt met; empty unless `recovered`
+    std::shared_ptr<SQLContainer> container;   ///< never null; references are resolved
+    bool recovered = false;                    ///< this load had to repair the document
+    std::string damage;                        ///< what the first attempt met; empty unless `recovered`
+    std::vector<std::string> changes;          ///< what the repair changed or left out, in words
+    std::vector<std::string> unknownElements;  ///< elements inside known objects that nobody knows, in words
 };
 
-/// Reads a file, external entities included; on failure once more with recovery, then without external entities. Raises
-/// `DocumentFileError`.
+/// Reads a file once, be it a pipe, external entities included; when that fails, the bytes that were read are repaired
+/// and parsed once more, without external entities. Raises `DocumentFileError`.
 [[nodiscard]] LoadedDocument loadDocument(const std::filesystem::path& path);
 /// The same for bytes at hand, without external entities. `name` stands for the file in messages.
 [[nodiscard]] LoadedDocument loadDocumentData(std::string_view bytes, std::string_view name);

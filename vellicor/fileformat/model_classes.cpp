@@ -5,6 +5,7 @@
 
 #include "vellicor/model/comment.h"
 #include "vellicor/model/document_info.h"
+#include "vellicor/model/document_names.h"
 #include "vellicor/model/field.h"
 #include "vellicor/model/foreign_key.h"
 #include "vellicor/model/index.h"
@@ -107,6 +108,10 @@ const std::unordered_map<std::string_view, Make>& makers() {
 }
 
 }  // namespace
+
+bool namesObjectInDocuments(std::string_view elementName) {
+    return elementName == "SQLContainer" || makers().contains(elementName);
+}
 
 std::shared_ptr<Loadable> objectForElement(std::string_view elementName) {
     const auto found = makers().find(elementName);

@@ -8,6 +8,7 @@
 #include "vellicor/fileformat/recovery.h"
 #include "vellicor/model/container.h"
 #include "vellicor/model/table_component.h"
+#include "vellicor/model/whereabouts.h"
 #include "vellicor/platform/log.h"
 #include "vellicor/platform/preference_keys.h"
 #include "vellicor/platform/preferences.h"
@@ -55,6 +56,11 @@ void Parser::parseXMLFile(const std::filesystem::path& path, SQLContainer& conta
     vellicor::parseXMLFile(path, *this);
 }
 
+void Parser::parseXMLFile(const std::filesystem::path& path, std::string_view bytes, SQLContainer& container) {
+    begin(&container);
+    vellicor::parseXMLFile(path, bytes, *this);
+}
+
 void Parser::parseXMLFromData(std::string_view bytes, SQLContainer& container) { parseData(bytes, container, false); }
 
 void Parser::parseXMLWithRecoveryFromData(std::string_view bytes, SQLContainer& container) {
@@ -77,15 +83,20 @@ void Parser::parseData(std::string_view bytes, SQLContainer& container, bool byt
 void Parser::parseWithRecovery(std::string_view bytes, SQLContainer& container, bool bytesAreUTF8) {
     try {
         parseData(bytes, container, bytesAreUTF8);
-        return;
     } catch (const SQLException& failure) {
-        log(text("Error occurred during parsing :%@.\n Attempting Recovery\n", failure.reason()));
+        recoverFromData(bytes, container, failure);
     }
+}
+
+void Parser::recoverFromData(std::string_view bytes, SQLContainer& container, const SQLException& failure) {
+    log(text("Error occurred during parsing :%@.\n Attempting Recovery\n", failure.reason()));
     container.removeAll();
     resetParser();
-    const std::string repaired = attemptDjangoFix(attemptBrokenReference(dataByRemovingInvalidCharacters(bytes)));
+    std::vector<std::string> changes;
+    const std::string repaired = repairedDocument(bytes, changes);
     const FlagScope recovering(_recovering);
     parseData(repaired, container, true);
+    _changes.insert(_changes.begin(), changes.begin(), changes.end());
     container.setPropertyAsBoolean(keys::documentRecoveryOccurred, true);
 }
 
@@ -104,16 +115,21 @@ bool Parser::useSafePropertySetter() const {
 
 void Parser::begin(SQLContainer* container) {
     resetParser();
+    _changes.clear();
+    _unknownElements.clear();
     _container = container;
     _usesSafeSetter = useSafePropertySetter();
 }
 
 void Parser::startElement(std::string_view name, const XMLAttributes& attributes) {
+    if (const Element holder = _stack.peek()) holder->setHasElements();
     Element element = makeElement(name, attributes);
     if (name == "SQLContainer")
         element->setObject(shared(_container));
     else if (std::shared_ptr<Loadable> object = objectForElement(name))
         element->setObject(std::move(object));
+    if (SQLObject* object = element->modelObject(); object && object != _container)
+        object->setSourceLine(static_cast<std::int32_t>(_position->line()));
     _stack.push(std::move(element));
 }
 
@@ -126,10 +142,7 @@ void Parser::endElement(std::string_view name) {
     const bool isDetachedObject = !_container && _stack.isEmpty();  // it belongs to nobody
     const Element holder = _stack.peek();
     if (!element->modelObject()) {
-        if (holder && _usesSafeSetter)
-            setSafePropertyFromElement(name, *element, *holder);
-        else if (holder)
-            setPropertyFromElement(name, *element, *holder);
+        if (holder) setFromElement(name, *element, *holder);
     } else if (!isDetachedObject) {
         if (auto component = as<SQLTableComponent>(element->object()))
             addTableComponentToStack(component);
@@ -140,6 +153,14 @@ void Parser::endElement(std::string_view name) {
         _stack.push(std::move(element));
     else
         retire(std::move(element));
+}
+
+void Parser::noteUnknownElement(std::string_view name, const QVParserElement& element, const SQLObject& holder) {
+    const bool isNamedLikeClass = name.starts_with("SQL") || name.starts_with("QV");
+    if (element.valueObject() || (!element.hasElements() && !isNamedLikeClass)) return;
+    if (holder.classInfo().setterFor(name)) return;
+    _unknownElements.push_back(text("nobody knows the element \"%@\" in the %@%@", name, whereabouts(holder),
+                                    element.hasElements() ? "; what stands in it is left out" : ""));
 }
 
 Parser::Element Parser::makeElement(std::string_view name, const XMLAttributes& attributes) {

@@ -28,11 +28,22 @@ public:
     /// Without recovery. Only this form and the next read external entities.
     [[nodiscard]] std::shared_ptr<SQLContainer> parseXMLFromPath(const std::filesystem::path& path);
     void parseXMLFile(const std::filesystem::path& path, SQLContainer& container);
+    /// The same for the bytes of the file, read before.
+    void parseXMLFile(const std::filesystem::path& path, std::string_view bytes, SQLContainer& container);
     /// Without recovery.
     void parseXMLFromData(std::string_view bytes, SQLContainer& container);
     /// When the first attempt fails, empties the container, repairs the bytes and tries once more; the container then
     /// has the property "documentRecoveryOccurred". The second failure reaches the caller.
     void parseXMLWithRecoveryFromData(std::string_view bytes, SQLContainer& container);
+
+    /// The second half of that, for a first attempt that ended in `failure`.
+    void recoverFromData(std::string_view bytes, SQLContainer& container, const SQLException& failure);
+
+    /// What recovery changed or left out, in words; empty when the document was whole.
+    [[nodiscard]] const std::vector<std::string>& changes() const { return _changes; }
+    /// Elements inside known objects that nobody knows, each with its place, in words: named as classes are, or with
+    /// elements of their own, which are left out.
+    [[nodiscard]] const std::vector<std::string>& unknownElements() const { return _unknownElements; }
 
     /// The object of a text that holds one object's element, in no document; null when its root makes none.
     [[nodiscard]] std::shared_ptr<SQLObject> parseDetachedObject(std::string_view text);
@@ -54,9 +65,11 @@ private:
     void startElement(std::string_view name, const XMLAttributes& attributes) override;
     void characters(std::string_view text) override;
     void endElement(std::string_view name) override;
+    void parseBegins(const XMLPosition& position) override { _position = &position; }
     void begin(SQLContainer* container);
     void parseData(std::string_view bytes, SQLContainer& container, bool bytesAreUTF8);
     void parseWithRecovery(std::string_view bytes, SQLContainer& container, bool bytesAreUTF8);
+    void noteUnknownElement(std::string_view name, const QVParserElement& element, const SQLObject& holder);
     [[nodiscard]] Element makeElement(std::string_view name, const XMLAttributes& attributes);
     void retire(Element element);
 
@@ -65,14 +78,18 @@ private:
     void addTableComponentToStack(const std::shared_ptr<SQLTableComponent>& component);
     void addSQLObjectToStack(const std::shared_ptr<SQLObject>& object);
     void addToContainer(SQLContainer& container, const std::shared_ptr<SQLObject>& object);
+    void setFromElement(std::string_view name, const QVParserElement& curObject, QVParserElement& curNode);
     void setPropertyFromElement(std::string_view name, const QVParserElement& curObject, QVParserElement& curNode);
     void setSafePropertyFromElement(std::string_view name, const QVParserElement& curObject, QVParserElement& curNode);
 
     Stack _stack;
-    std::vector<Element> _retired;       // entries to use again, a few
-    SQLContainer* _container = nullptr;  // what is filled, while a parse runs; null for a detached object
-    bool _recovering = false;            // the second attempt runs
-    bool _usesSafeSetter = false;        // in this parse
+    std::vector<Element> _retired;  // entries to use again, a few
+    std::vector<std::string> _changes;
+    std::vector<std::string> _unknownElements;
+    const XMLPosition* _position = nullptr;  // of the parse that runs
+    SQLContainer* _container = nullptr;      // what is filled, while a parse runs; null for a detached object
+    bool _recovering = false;                // the second attempt runs
+    bool _usesSafeSetter = false;            // in this parse
     bool _forceSafePropertySetter = false;
 };
 

@@ -6,21 +6,46 @@
 #include "vellicor/model/object_style.h"
 #include "vellicor/model/table.h"
 #include "vellicor/model/value_objects.h"
+#include "vellicor/model/whereabouts.h"
 #include "vellicor/platform/log.h"
 #include "vellicor/platform/text_format.h"
 
 namespace vellicor {
 
+namespace {
+
+/// An object that was read to its end, and what it stands in.
+class ReadObject : public LogSubject {
+public:
+    ReadObject(const SQLObject& object, const SQLObject* holder) : _object(object), _holder(holder) {}
+
+private:
+    [[nodiscard]] std::string description() const override {
+        const std::string where = whereabouts(_object);
+        return _holder && !as<const SQLContainer>(_holder) ? text("%@, in the %@", where, whereabouts(*_holder))
+                                                           : where;
+    }
+
+    const SQLObject& _object;
+    const SQLObject* _holder;  // null when that is no object
+};
+
+}  // namespace
+
 void Parser::addTableComponentToStack(const std::shared_ptr<SQLTableComponent>& component) {
     const Element top = _stack.peek();
     SQLObject* holder = top ? top->modelObject() : nullptr;
+    const ReadObject subject(*component, holder);
     if (auto* table = as<SQLTable>(holder)) {
         try {
             table->add(component);
         } catch (const SQLException&) {
             if (!_recovering) throw;
             log(text("recovery mode: may need to rename curObject %@(%@)", table->getName(), component->getName()));
+            const std::string before = component->getName();
             table->addWithRenaming(component);
+            if (component->getName() != before)
+                _changes.push_back(text("the second %@ of its kind became %@", before, whereabouts(*component)));
         }
     } else if (holder && holder == _container && _container->allowsFieldObjects()) {
         _container->add(component);
@@ -33,6 +58,7 @@ void Parser::addSQLObjectToStack(const std::shared_ptr<SQLObject>& object) {
     const Element top = _stack.peek();
     if (!top && object.get() == _container) return;
     SQLObject* holder = top ? top->modelObject() : nullptr;
+    const ReadObject subject(*object, holder);
     auto style = as<QVObjectStyle>(object);
     if (auto* peer = style ? as<SQLObjectPeer>(holder) : nullptr) {
         peer->setObjectStyle(style);
@@ -68,6 +94,26 @@ bool addToStyle(std::string_view name, const QVParserElement& curObject, const Q
 }
 
 }  // namespace
+
+void Parser::setFromElement(std::string_view name, const QVParserElement& curObject, QVParserElement& curNode) {
+    const SQLObject* holder = curNode.modelObject();
+    if (!holder) {
+        _usesSafeSetter ? setSafePropertyFromElement(name, curObject, curNode)
+                        : setPropertyFromElement(name, curObject, curNode);
+        return;
+    }
+    const ObjectSubject subject(*holder);
+    if (!as<const QVObjectStyle>(holder)) noteUnknownElement(name, curObject, *holder);
+    try {
+        _usesSafeSetter ? setSafePropertyFromElement(name, curObject, curNode)
+                        : setPropertyFromElement(name, curObject, curNode);
+    } catch (const SQLException& failure) {
+        if (!_recovering) throw;
+        log(text("recovery mode: left out %@: %@", name, failure.reason()));
+        _changes.push_back(
+            text("the element \"%@\" of the %@ was left out (%@)", name, whereabouts(*holder), failure.reason()));
+    }
+}
 
 void Parser::setPropertyFromElement(std::string_view name, const QVParserElement& curObject, QVParserElement& curNode) {
     if (addToStyle(name, curObject, curNode)) return;

@@ -26,6 +26,7 @@ void QVParserElement::restart(std::string_view name, const XMLAttributes& attrib
     _object = nullptr;
     _modelObject = nullptr;
     _valueObject = nullptr;
+    _hasElements = false;
 }
 
 void QVParserElement::setObject(std::shared_ptr<Loadable> object) {

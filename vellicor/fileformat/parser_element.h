@@ -35,6 +35,9 @@ public:
     [[nodiscard]] SQLObject* modelObject() const { return _modelObject; }
     /// The object as a point or a size; null for everything else.
     [[nodiscard]] SQLValue* valueObject() const { return _valueObject; }
+    /// Whether an element began inside this one.
+    [[nodiscard]] bool hasElements() const { return _hasElements; }
+    void setHasElements() { _hasElements = true; }
     /// What the elements inside are set on: the object, or this entry when there is none.
     [[nodiscard]] Loadable& target() { return _object ? *_object : *this; }
 
@@ -56,6 +59,7 @@ private:
     SQLObject* _modelObject = nullptr;  // `_object`, or null
     SQLValue* _valueObject = nullptr;   // `_object`, or null
     std::unique_ptr<Properties> _properties;
+    bool _hasElements = false;
 };
 
 }  // namespace vellicor

@@ -4,11 +4,12 @@
 #include <algorithm>
 #include <cstdint>
 #include <iterator>
+#include <optional>
 
 #include "vellicor/platform/log.h"
-#include "vellicor/platform/regular_expression.h"
 #include "vellicor/platform/text.h"
 #include "vellicor/platform/text_format.h"
+#include "vellicor/platform/xml_encoding.h"
 
 namespace vellicor {
 
@@ -35,6 +36,62 @@ bool isKeyCharacter(char c) {
            c == '-';
 }
 
+std::string withClosedReferences(std::string_view text, std::vector<std::string>& changes) {
+    constexpr std::string_view broken = "]]>referenceDependentField>";
+    constexpr std::string_view whole = "]]></referenceDependentField>";
+    std::string repaired;
+    std::int64_t count = 0;
+    std::size_t copied = 0;
+    for (std::size_t at; (at = text.find(broken, copied)) != std::string_view::npos;
+         copied = at + broken.size(), ++count)
+        repaired.append(text, copied, at - copied).append(whole);
+    if (count > 0) {
+        log(vellicor::text("[NOTE] Found %ld occurances of broken referenceDependentField and fixed them", count));
+        changes.push_back(vellicor::text("%ld broken ends of referenceDependentField were put right", count));
+    }
+    return repaired.append(text, copied);
+}
+
+/// A part of a text.
+struct Piece {
+    std::size_t position;
+    std::size_t length;
+};
+
+/// The next name of an element that begins with "django", from `start` on: what stands between "<" or "</" and the next
+/// ">". Null when there is none. Without a ">" behind it no later name ends either.
+std::optional<Piece> nextDjangoName(std::string_view text, std::size_t start) {
+    constexpr std::string_view beginning = "django";
+    for (std::size_t open = text.find('<', start); open != text.npos; open = text.find('<', open + 1)) {
+        std::size_t name = open + 1;
+        if (text.substr(name).starts_with('/')) ++name;
+        if (!text.substr(name).starts_with(beginning)) continue;
+        const std::size_t close = text.find('>', name);
+        if (close == text.npos) return std::nullopt;
+        if (close > name + beginning.size()) return Piece{name, close - name};
+    }
+    return std::nullopt;
+}
+
+std::string withSoundDjangoNames(std::string_view text, std::vector<std::string>& changes) {
+    std::string repaired;
+    std::size_t copied = 0;
+    std::size_t location = 0;  // of the end of `repaired`, in 16-bit units
+    while (const auto name = nextDjangoName(text, copied)) {
+        const std::string_view between = text.substr(copied, name->position - copied);
+        const std::string_view old = text.substr(name->position, name->length);
+        const std::string fixed = filteredKeyString(old);
+        location += utf16Length(between);
+        log(vellicor::text("FIX: [%@] replaced string \"%@\" with \"%@\"",
+                           vellicor::text("{%lu, %lu}", location, utf16Length(old)), old, fixed));
+        if (fixed != old) changes.push_back(vellicor::text("the element \"%@\" became \"%@\"", old, fixed));
+        repaired.append(between).append(fixed);
+        location += fixed.size();
+        copied = name->position + name->length;
+    }
+    return repaired.append(text, copied);
+}
+
 }  // namespace
 
 std::string dataByRemovingInvalidCharacters(std::string_view bytes) {
@@ -50,37 +107,22 @@ std::string dataByRemovingInvalidCharacters(std::string_view bytes) {
 }
 
 std::string attemptBrokenReference(std::string_view text) {
-    constexpr std::string_view broken = "]]>referenceDependentField>";
-    constexpr std::string_view whole = "]]></referenceDependentField>";
-    std::string repaired;
-    std::int64_t count = 0;
-    std::size_t copied = 0;
-    for (std::size_t at; (at = text.find(broken, copied)) != std::string_view::npos;
-         copied = at + broken.size(), ++count)
-        repaired.append(text, copied, at - copied).append(whole);
-    if (count > 0)
-        log(vellicor::text("[NOTE] Found %ld occurances of broken referenceDependentField and fixed them", count));
-    return repaired.append(text, copied);
+    std::vector<std::string> changes;
+    return withClosedReferences(text, changes);
 }
 
 std::string attemptDjangoFix(std::string_view text) {
-    static const RegularExpression pattern("</?(django[^>]+)>");
-    std::string repaired;
-    std::size_t copied = 0;
-    std::size_t location = 0;  // of the end of `repaired`, in 16-bit units
-    for (const RegularExpression::Match& match : pattern.allMatches(text)) {
-        const RegularExpression::Match::Range range = *match.groups[1];
-        const std::string_view between = text.substr(copied, range.position - copied);
-        const std::string_view old = text.substr(range.position, range.length);
-        const std::string fixed = filteredKeyString(old);
-        location += utf16Length(between);
-        log(vellicor::text("FIX: [%@] replaced string \"%@\" with \"%@\"",
-                           vellicor::text("{%lu, %lu}", location, utf16Length(old)), old, fixed));
-        repaired.append(between).append(fixed);
-        location += fixed.size();
-        copied = range.position + range.length;
-    }
-    return repaired.append(text, copied);
+    std::vector<std::string> changes;
+    return withSoundDjangoNames(text, changes);
+}
+
+std::string repairedDocument(std::string_view bytes, std::vector<std::string>& changes) {
+    std::string storage;
+    const std::string_view text = xmlAsRepairableUTF8(bytes, storage);
+    const std::string clean = dataByRemovingInvalidCharacters(text);
+    if (const std::size_t dropped = text.size() - clean.size(); dropped > 0)
+        changes.push_back(vellicor::text("%lu bytes that are no text were dropped", dropped));
+    return withSoundDjangoNames(withClosedReferences(clean, changes), changes);
 }
 
 std::string filteredKeyString(std::string_view key) {

@@ -3,8 +3,13 @@
 
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace vellicor {
+
+/// All of the repairs below, one after the other, on the bytes of a document: in UTF-8 whatever they were in. Appends
+/// what was changed to `changes`, in words.
+[[nodiscard]] std::string repairedDocument(std::string_view bytes, std::vector<std::string>& changes);
 
 /// Well-formed UTF-8 sequences of two and three bytes, printable ASCII, tab, line feed and carriage return; every other
 /// byte is dropped. Kept: sequences of four bytes go, too.

@@ -35,6 +35,8 @@ public:
 struct Setter {
     std::string_view key;
     void (*apply)(Loadable& target, const LoadedValue& value);
+    /// What it sets is the property of that name, so that the property survives in documents.
+    bool storesProperty = false;
 };
 
 /// A class as the reader sees it. Setters of `base` apply where the class has none of its own.
@@ -95,6 +97,12 @@ constexpr Setter setter(std::string_view key) {
                 if (!value.object)
                     (dynamic_cast<typename Of::Class&>(target).*M)(detail::fromText<typename Of::Argument>(value.text));
             }};
+}
+
+/// The same where the method stores the property of that name.
+template <auto M>
+constexpr Setter propertySetter(std::string_view key) {
+    return {key, setter<M>(key).apply, true};
 }
 
 /// A name that the class takes and does nothing with.

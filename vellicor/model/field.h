@@ -38,6 +38,10 @@ public:
     void setType(const OptionalText& type, const char*) = delete;
     [[nodiscard]] static std::string getDataTypeFromTypeString(std::string_view type);
     [[nodiscard]] static std::string getDataTypeSizeFromTypeString(std::string_view type);
+    /// What the type's text had behind the parentheses, such as " with time zone": lossless documents keep it, nothing
+    /// else knows of it. Empty when there was nothing.
+    [[nodiscard]] std::string typeRest() const { return _typeRest ? *_typeRest : std::string(); }
+    void setTypeRest(const std::string& rest);   ///< undoable
     void setDataType(const OptionalText& type);  ///< undoable
     void setTypeSize(const OptionalText& size);  ///< undoable
     [[nodiscard]] const std::string& getDataType() const { return _type; }
@@ -228,7 +232,7 @@ private:
         WeakRef<SQLField> target;
         WeakRef<SQLField> owner;  // of the old compound key that the column is a member of
         WeakRef<SQLTable> observed;
-        std::vector<std::string> dependents;            // uids; only from reading until the conversion
+        std::vector<std::string> dependents;            // uids; from reading until the table of the target is there
         std::weak_ptr<SQLForeignKeyObjectGraph> graph;  // the one that the column was last entered in
         std::recursive_mutex loadMutex;
     };
@@ -244,11 +248,14 @@ private:
     void updateGraph();
     void resolveReference();
     [[nodiscard]] OptionalText graphType() const;
+    [[nodiscard]] std::string writtenType() const;
+    void writeUnresolvedReference(const XMLElement& node) const;
     [[nodiscard]] SQLExportDialect* documentExporter() const;
     [[nodiscard]] OptionalText validForeignKeyName(const OptionalText& name) const;
 
     std::string _type;
     std::string _typeSize;
+    std::unique_ptr<const std::string> _typeRest;  // null when there is none, as nearly always
     bool _primaryKey = false;
     bool _compoundForeignKey = false;
     bool _settingFkField = false;  // stops cycles of source keys

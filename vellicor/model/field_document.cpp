@@ -3,6 +3,9 @@
 
 #include "vellicor/model/field.h"
 #include "vellicor/model/table.h"
+#include "vellicor/model/whereabouts.h"
+#include "vellicor/model/written_names.h"
+#include "vellicor/platform/log.h"
 #include "vellicor/platform/text_format.h"
 #include "vellicor/platform/xml_export.h"
 
@@ -36,20 +39,55 @@ std::string SQLField::exportSQLForeignKey(std::string_view tableName) {
 
 // --- writing
 
+/// The type with what stood behind its parentheses, where the reader is to find that again.
+std::string SQLField::writtenType() const {
+    if (!_typeRest) return getType();
+    if (writesLosslessDocuments()) return text("%@(%@)%@", _type, _typeSize, *_typeRest);
+    log(text("the text \"%@\" behind the type of the %@ is not kept in the document", trimmed(*_typeRest),
+             whereabouts(*this)));
+    return getType();
+}
+
+/// What was read of a reference whose target is not there.
+void SQLField::writeUnresolvedReference(const XMLElement& node) const {
+    const auto write = [&](std::string_view key, const OptionalText& text) {
+        if (isSet(text)) node.addCDataElement(key, *text);
+    };
+    const auto writeNumber = [&](std::string_view key, std::uint64_t number) {
+        if (number) node.addTextElement(key, text("%lu", number));
+    };
+    write("referencesField", referencesField());
+    write("referencesTable", referencesTable());
+    writeNumber("deleteAction", _deleteAction);
+    writeNumber("updateAction", _updateAction);
+    node.addTextElement("sourceCardinality", text("%lu", _sourceCardinality));
+    node.addTextElement("destinationCardinality", text("%lu", _destinationCardinality));
+    write("referencesFieldUID", referencesFieldUID());
+    write("referencesTableUID", referencesTableUID());
+    for (const std::string& member : reference().dependents) node.addCDataElement("referenceDependentField", member);
+}
+
 XMLElement SQLField::exportToXMLNode(const XMLElement* parent) const {
     XMLElement node = XMLExport::element("SQLField", parent);
-    node.addCDataElement("name", getName());
-    node.addTextElement("type", getType());
+    node.addCDataElement("name", writtenName(getName()));
+    node.addTextElement("type", writtenType());
     if (_primaryKey) node.addTextElement("primaryKey", "1");
+    const SQLField* target = getFkField();
     const std::string targetField = getReferencesField().value_or(std::string());
-    const std::string targetTable = getReferencesTable().value_or(std::string());
-    if (isSet(referencesField())) {
+    const std::string targetTable = target && target->parentTable() ? writtenQualifiedName(*target->parentTable()) : "";
+    if (!target && (isSet(referencesTable()) || hasProperty(keys::incompleteReferenceTarget)) &&
+        writesLosslessDocuments()) {
+        writeUnresolvedReference(node);
+    } else if (isSet(referencesField())) {
         node.addTextElement("referencesField", targetField);
         node.addTextElement("referencesTable", targetTable);
         if (_deleteAction) node.addTextElement("deleteAction", text("%lu", _deleteAction));
         if (_updateAction) node.addTextElement("updateAction", text("%lu", _updateAction));
+        if (!target)
+            log(text("the %@ refers to %@, which is not there: that reference is not kept whole in the document",
+                     whereabouts(*this), getReferencesString()));
     }
-    if (const SQLField* target = getFkField()) {
+    if (target) {
         // Kept: a resolved reference is written twice; readers take either.
         const SQLTable* table = target->parentTable();
         node.addCDataElement("referencesField", targetField);
@@ -90,6 +128,7 @@ Value::Map SQLField::jsonDictionary() const {
 std::shared_ptr<SQLObject> SQLField::copyWithZone(void* zone) const {
     auto copy = std::static_pointer_cast<SQLField>(SQLTableComponent::copyWithZone(zone));
     copy->setType(getType());
+    copy->setTypeRest(typeRest());
     copy->setNotNull(getNotNull());
     copy->setDefaultValue(getDefaultValue());
     copy->setAutoIncrement(getAutoIncrement());
@@ -140,13 +179,13 @@ constexpr Setter kFieldSetters[] = {
     setter<&SQLField::setDataType>("dataType"),
     setter<&SQLField::setTypeSize>("typeSize"),
     setter<&SQLField::setPrimaryKey>("primaryKey"),
-    setter<&SQLField::setNotNull>("notNull"),
-    setter<&SQLField::setUnique>("unique"),
+    propertySetter<&SQLField::setNotNull>("notNull"),
+    propertySetter<&SQLField::setUnique>("unique"),
     setter<&SQLField::setUniqueOrForcedUnique>("uniqueOrForcedUnique"),
-    setter<&SQLField::setForcedUnique>("forcedUnique"),
+    propertySetter<&SQLField::setForcedUnique>("forcedUnique"),
     setter<&SQLField::setRequiresForcedUnique>("requiresForcedUnique"),
-    setter<&SQLField::setAutoIncrement>("autoIncrement"),
-    setter<&SQLField::setDefaultValue>("defaultValue"),
+    propertySetter<&SQLField::setAutoIncrement>("autoIncrement"),
+    propertySetter<&SQLField::setDefaultValue>("defaultValue"),
     setter<&SQLField::setDefaultValueFromParsedString>("defaultValueFromParsedString"),
     setter<&SQLField::setDefaultValueRemovingQuotes>("defaultValueRemovingQuotes"),
     setter<&SQLField::setDeleteAction>("deleteAction"),
@@ -161,8 +200,8 @@ constexpr Setter kFieldSetters[] = {
     setter<&SQLField::setReferencesFieldUID>("referencesFieldUID"),
     setter<&SQLField::setReferenceDependentField>("referenceDependentField"),
     setter<&SQLField::setReferenceId>("referenceId"),
-    setter<&SQLField::setReferenceLinkName>("referenceLinkName"),
-    setter<&SQLField::setForeignKeyName>("foreignKeyName"),
+    propertySetter<&SQLField::setReferenceLinkName>("referenceLinkName"),
+    propertySetter<&SQLField::setForeignKeyName>("foreignKeyName"),
     setter<&SQLField::setCompoundForeignKey>("compoundForeignKey"),
     ignored("location"),
     ignored("size"),

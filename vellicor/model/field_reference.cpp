@@ -264,7 +264,8 @@ void SQLField::postLoadProcess() {
         } catch (const std::exception&) {
             log("Exception when configuring dependent foreign keys in SQLField:PostLoadProcess");
         }
-        _reference->dependents.clear();
+        // A key whose table is missing keeps its members for the time when that comes in.
+        if (getTableForReferences() || !isSet(referencesTable())) _reference->dependents.clear();
     }
     try {
         resolveReference();

@@ -26,6 +26,13 @@ void SQLField::setType(const OptionalText& type, bool toUpperCase) {
     const std::string base = toUpperCase ? uppercased(parts.baseType()) : parts.baseType();
     setDataType(std::string(trimmed(base)));
     setTypeSize(std::string(trimmed(parts.typeSize())));
+    setTypeRest(parts.rest());
+}
+
+void SQLField::setTypeRest(const std::string& rest) {
+    if (rest == typeRest()) return;
+    registerUndo(this, [old = typeRest()](SQLField& field) { field.setTypeRest(old); });
+    _typeRest = rest.empty() ? nullptr : std::make_unique<const std::string>(rest);
 }
 
 std::string SQLField::getDataTypeFromTypeString(std::string_view type) {

@@ -153,6 +153,7 @@ private:
     void targetTableWasFound();
 
     WeakRef<SQLTable> _targetTable;
+    std::string _missingTableUid;  // as it was read, while that table is not there
     std::uint64_t _deleteAction = 0;
     std::uint64_t _updateAction = 0;
     std::uint64_t _sourceCardinality = 0;

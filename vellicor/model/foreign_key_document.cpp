@@ -1,10 +1,13 @@
 // vellicor/model/foreign_key_document.cpp — a foreign key in documents: finding its columns, writing, JSON, copying.
 #include <algorithm>
+#include <initializer_list>
 #include <unordered_set>
 
 #include "vellicor/model/field.h"
 #include "vellicor/model/foreign_key.h"
 #include "vellicor/model/table.h"
+#include "vellicor/model/whereabouts.h"
+#include "vellicor/model/written_names.h"
 #include "vellicor/platform/exception.h"
 #include "vellicor/platform/log.h"
 #include "vellicor/platform/text_format.h"
@@ -42,6 +45,28 @@ void visitColumns(const SQLForeignKeyEntry& entry, Visit visit) {
     }
 }
 
+/// In a lossless document also what was read of a side whose column is not there.
+template <class Visit>
+void visitWrittenColumns(const SQLForeignKeyEntry& entry, Visit visit) {
+    visitColumns(entry, visit);
+    if (entry.target() && entry.source()) return;
+    const bool lossless = writesLosslessDocuments();
+    const auto visitRead = [&](const SQLField* side, std::initializer_list<const char*> sideKeys) {
+        if (side) return;
+        for (const char* key : sideKeys) {
+            const std::string read = entry.getProperty(key);
+            if (read.empty()) continue;
+            if (lossless)
+                visit(key, read);
+            else
+                log(text("the column %@ of the %@ is not there: it is not kept in the document", read,
+                         whereabouts(*entry.container())));
+        }
+    };
+    visitRead(entry.target(), {keys::targetFieldName, keys::targetFieldUid});
+    visitRead(entry.source(), {keys::sourceFieldName, keys::sourceFieldUid});
+}
+
 /// The same for the four numbers and the target table of a key.
 template <class Visit>
 void visitFacts(const SQLForeignKey& key, Visit visit) {
@@ -76,6 +101,7 @@ void SQLForeignKey::resolveTargetTable() {
         const std::string uid = getProperty(keys::targetTableUid);
         setTargetTable(document ? as<SQLTable>(document->getObjectWithUID(uid)) : nullptr);
         removeProperty(keys::targetTableUid);
+        _missingTableUid = targetTable() ? std::string() : uid;
     }
     if (!targetTable()) findTargetTableByName(getProperty(keys::targetTableName));
 }
@@ -190,16 +216,20 @@ void SQLForeignKey::setSafePropertyValue(const LoadedValue& value, std::string_v
 
 XMLElement SQLForeignKey::exportToXMLNode(const XMLElement* parent) const {
     XMLElement node = XMLExport::element("SQLForeignKey", parent);
-    node.addCDataElement("name", getName());
-    visitFacts(*this, [&](std::string_view key, const std::string& text) { node.addCDataElement(key, text); });
+    node.addCDataElement("name", writtenName(getName()));
+    visitFacts(*this, [&](std::string_view key, const std::string& text) {
+        node.addCDataElement(key, key == keys::targetTableName ? writtenQualifiedName(*targetTable()) : text);
+    });
+    if (!targetTable() && !_missingTableUid.empty() && writesLosslessDocuments())
+        node.addCDataElement(keys::targetTableUid, _missingTableUid);
     {
         auto pairs = _fieldPairList.lock();
         std::size_t position = 0;
         for (const auto& entry : *pairs) {
             const XMLElement element = node.addElement("SQLForeignKeyEntry");
             element.addTextElement(keys::entryIndex, text("%d", position++));
-            visitColumns(*entry,
-                         [&](std::string_view key, const std::string& text) { element.addCDataElement(key, text); });
+            visitWrittenColumns(
+                *entry, [&](std::string_view key, const std::string& text) { element.addCDataElement(key, text); });
         }
     }
     exportPropertiesToXMLNode(node);
@@ -251,7 +281,7 @@ constexpr Setter kForeignKeySetters[] = {
     setter<&SQLForeignKey::setUpdateAction>("updateAction"),
     setter<&SQLForeignKey::setSourceCardinality>("sourceCardinality"),
     setter<&SQLForeignKey::setDestinationCardinality>("destinationCardinality"),
-    setter<&SQLForeignKey::setReferenceLinkName>("referenceLinkName"),
+    propertySetter<&SQLForeignKey::setReferenceLinkName>("referenceLinkName"),
     setter<&SQLForeignKey::setTargetTableByName>("targetTableByName"),
 };
 

@@ -6,6 +6,8 @@
 #include "vellicor/model/field.h"
 #include "vellicor/model/index.h"
 #include "vellicor/model/table.h"
+#include "vellicor/model/whereabouts.h"
+#include "vellicor/model/written_names.h"
 #include "vellicor/platform/exception.h"
 #include "vellicor/platform/log.h"
 #include "vellicor/platform/preference_keys.h"
@@ -158,9 +160,15 @@ void SQLIndex::cleanupIndexesForDisplay() {
 XMLElement SQLIndex::exportToXMLNode(const XMLElement* parent) const {
     auto entries = _indexEntryList.lock();
     XMLElement node = XMLExport::element(nodeName(), parent);
-    node.addCDataElement("name", getName());
-    for (const Entry& entry : *entries)
-        if (entry.field) node.addCDataElement("fieldName", entry.field->getName());
+    node.addCDataElement("name", writtenName(getName()));
+    for (const Entry& entry : *entries) {
+        if (!entry.field) continue;
+        const std::string column = entry.field->getName();
+        if (!column.empty())
+            node.addCDataElement("fieldName", column);
+        else  // no reader takes such an element
+            log(text("a column without a name is left out of the %@", whereabouts(*this)));
+    }
     for (const Entry& entry : *entries) {
         if (!entry.field) continue;
         const XMLElement element = node.addElement("SQLIndexEntry");
@@ -207,12 +215,12 @@ std::shared_ptr<SQLObject> SQLIndex::copyWithZone(void* zone) const {
 namespace {
 
 constexpr Setter kIndexEntrySetters[] = {
-    setter<&SQLIndexEntry::setPrefixSize>("prefixSize"),
-    setter<&SQLIndexEntry::setFieldUid>("fieldUid"),
+    propertySetter<&SQLIndexEntry::setPrefixSize>("prefixSize"),
+    propertySetter<&SQLIndexEntry::setFieldUid>("fieldUid"),
 };
 
 constexpr Setter kIndexSetters[] = {
-    setter<&SQLIndex::setIndexType>("indexType"),
+    propertySetter<&SQLIndex::setIndexType>("indexType"),
     setter<&SQLIndex::setFieldName>("fieldName"),
 };
 

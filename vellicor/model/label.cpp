@@ -71,7 +71,7 @@ void SQLObjectLabel::identityDidChange() {
 namespace {
 
 constexpr Setter kLabelSetters[] = {
-    setter<&SQLObjectLabel::setColorString>("colorString"), setter<&SQLObjectLabel::setHidden>("hidden"),
+    setter<&SQLObjectLabel::setColorString>("colorString"), propertySetter<&SQLObjectLabel::setHidden>("hidden"),
     setter<&SQLObjectLabel::setIsHidden>("isHidden"),       setter<&SQLObjectLabel::setExpanded>("expanded"),
     setter<&SQLObjectLabel::setIsExpanded>("isExpanded"),   setter<&SQLObjectLabel::setIsDefault>("isDefault"),
 };

@@ -4,9 +4,11 @@
 #include <algorithm>
 
 #include "vellicor/model/container.h"
+#include "vellicor/model/document_names.h"
 #include "vellicor/model/label.h"
 #include "vellicor/model/label_manager.h"
 #include "vellicor/model/value_objects.h"
+#include "vellicor/model/whereabouts.h"
 #include "vellicor/platform/exception.h"
 #include "vellicor/platform/log.h"
 #include "vellicor/platform/main_thread.h"
@@ -62,7 +64,7 @@ void SQLObject::setProperty(std::optional<std::string_view> key, std::optional<P
         log("attempted to set nil key for property");
     else if (!value)
         log(text("attempted to set nil value for property: %@", *key));
-    else
+    else if (takesKey(*key))
         _properties->setValue(std::move(*value), *key);
 }
 
@@ -85,7 +87,19 @@ QVMutableNotifyingPropertyDictionary::Snapshot SQLObject::propertiesAsDictionary
 }
 
 void SQLObject::setProperties(const QVMutableNotifyingPropertyDictionary::Snapshot& entries) {
-    if (_properties) _properties->addEntriesFromDictionary(entries);
+    if (!_properties) return;
+    auto taken = entries;
+    std::erase_if(taken, [this](const auto& entry) { return !takesKey(entry.first); });
+    _properties->addEntriesFromDictionary(taken);
+}
+
+bool SQLObject::takesKey(std::string_view key) const {
+    const Setter* setter = classInfo().setterFor(key);
+    if (!setter || setter->storesProperty) {
+        if (!namesObjectInDocuments(XMLElement::nameFor(key))) return true;
+    }
+    log(text("refused property %@ of %@: in documents the name stands for something else", key, whereabouts(*this)));
+    return false;
 }
 
 void SQLObject::setUndoableProperty(std::string_view key, std::optional<PropertyValue> value) {

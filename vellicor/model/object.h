@@ -54,7 +54,9 @@ public:
     // --- properties (all locked by the dictionary)
     /// The value as text; the empty text for an absent key, never null.
     [[nodiscard]] virtual std::string getProperty(std::string_view key) const;
-    /// Logs and changes nothing for a null key or a null value. Asserts "Properties should not be nil".
+    /// Logs and changes nothing for a null key or a null value, and for a key that a document could not give back: the
+    /// name of a class, or of something else that the object reads from documents. Asserts "Properties should not be
+    /// nil".
     void setProperty(std::optional<std::string_view> key, std::optional<PropertyValue> value);
     void setPropertyValue(std::optional<PropertyValue> value, std::optional<std::string_view> key);
     [[nodiscard]] bool hasProperty(std::string_view key) const;
@@ -68,7 +70,7 @@ public:
     [[nodiscard]] QVMutableNotifyingPropertyDictionary* properties() const { return _properties.get(); }
     [[nodiscard]] QVMutableNotifyingPropertyDictionary* getProperties() const { return _properties.get(); }
     [[nodiscard]] QVMutableNotifyingPropertyDictionary::Snapshot propertiesAsDictionary() const;
-    /// Merges entries in, without hooks or announcements.
+    /// Merges entries in, without hooks or announcements; keys that `setProperty` refuses are left out with a line.
     void setProperties(const QVMutableNotifyingPropertyDictionary::Snapshot& entries);
     /// Undoable whatever the key.
     void setUndoableProperty(std::string_view key, std::optional<PropertyValue> value);
@@ -162,6 +164,9 @@ public:
 
     // --- document, SQL, JSON
     void setSafePropertyValue(const LoadedValue& value, std::string_view key) override;
+    /// The line of the document at which the object's element begins; 0 when it was not read from one.
+    [[nodiscard]] std::int32_t sourceLine() const { return _sourceLine; }
+    void setSourceLine(std::int32_t line) { _sourceLine = line; }
     /// Called once on every object after a document was read.
     virtual void postLoadProcess() {}
     /// The object's element, appended to `parent` when there is one.
@@ -219,6 +224,7 @@ protected:
 private:
     friend class QVMutableNotifyingPropertyDictionary;
     void uidWasStored();
+    [[nodiscard]] bool takesKey(std::string_view key) const;
 
     std::unique_ptr<QVMutableNotifyingPropertyDictionary> _properties;  // null before `init`
     SQLObject* _container = nullptr;                                    // never owned; cleared by the holder
@@ -230,7 +236,8 @@ private:
     AtomicProperty<OptionalText> _displayNamePending;
     AtomicProperty<Size> _minimumSize;
     KeyObserverList _observers;
-    bool _initialising = true;  // until the end of `init`
+    std::int32_t _sourceLine = 0;  // 0: not read from a document
+    bool _initialising = true;     // until the end of `init`
 };
 
 /// A typed copy.

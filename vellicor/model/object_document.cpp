@@ -131,7 +131,7 @@ void applyHolder(Loadable& target, const LoadedValue& value, const char* capital
 }
 
 constexpr std::array kObjectSetters{
-    setter<&SQLObject::setUid>("uid"),
+    propertySetter<&SQLObject::setUid>("uid"),
     setter<&SQLObject::setName>("name"),
     setter<&SQLObject::setComment>("comment"),
     setter<&SQLObject::setDisplayName>("displayName"),
@@ -140,11 +140,13 @@ constexpr std::array kObjectSetters{
     Setter{"location",
            [](Loadable& target, const LoadedValue& value) {
                applyHolder<SQLPoint, &SQLObject::setLocationFromObject>(target, value, "Location");
-           }},
+           },
+           true},
     Setter{"size",
            [](Loadable& target, const LoadedValue& value) {
                applyHolder<SQLSize, &SQLObject::setSizeFromObject>(target, value, "Size");
-           }},
+           },
+           true},
 };
 
 }  // namespace

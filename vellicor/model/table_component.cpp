@@ -140,8 +140,8 @@ namespace {
 
 constexpr Setter kComponentSetters[] = {
     setter<&SQLTableComponent::setNamePending>("namePending"),
-    setter<&SQLTableComponent::setDeferrable>("deferrable"),
-    setter<&SQLTableComponent::setInitiallyDeferred>("initiallyDeferred"),
+    propertySetter<&SQLTableComponent::setDeferrable>("deferrable"),
+    propertySetter<&SQLTableComponent::setInitiallyDeferred>("initiallyDeferred"),
 };
 
 }  // namespace

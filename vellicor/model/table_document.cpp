@@ -8,6 +8,8 @@
 #include "vellicor/model/index.h"
 #include "vellicor/model/label_manager.h"
 #include "vellicor/model/table.h"
+#include "vellicor/model/whereabouts.h"
+#include "vellicor/model/written_names.h"
 #include "vellicor/platform/preference_keys.h"
 #include "vellicor/platform/preferences.h"
 #include "vellicor/platform/text_format.h"
@@ -42,8 +44,12 @@ std::string SQLTable::exportSQLForeignKey() {
 // --- reading
 
 void SQLTable::postLoadProcess() {
+    const ObjectSubject itself(*this);
     SQLObjectPeer::postLoadProcess();
-    for (const auto& component : getFields()) component->postLoadProcess();
+    for (const auto& component : getFields()) {
+        const ObjectSubject subject(*component);
+        component->postLoadProcess();
+    }
     SQLContainer* document = topLevelContainer();
     if (SQLObjectLabelManager* labels = document ? document->objectLabelManager() : nullptr)
         labels->createLabelFromObjectIfRequired(*this);
@@ -64,8 +70,8 @@ void SQLTable::setSafePropertyValue(const LoadedValue& value, std::string_view k
 XMLElement SQLTable::exportToXMLNode(const XMLElement* parent) const {
     auto components = _fields.lock();
     XMLElement node = XMLExport::element("SQLTable", parent);
-    node.addCDataElement("name", getBaseName());
-    node.addCDataElement("schema", getSchemaName());
+    node.addCDataElement("name", writtenBaseName(getBaseName()));
+    node.addCDataElement("schema", writtenName(getSchemaName()));
     if (const std::string comment = getComment(); !comment.empty()) node.addCDataElement("comment", comment);
     if (!_tableType.empty()) node.addCDataElement("tableType", _tableType);
     exportLocationToXMLNode(node);

@@ -1,6 +1,7 @@
 // vellicor/model/view.cpp — a view: its query, the parts of the query, its rows, and its form in documents.
 #include "vellicor/model/view.h"
 
+#include "vellicor/model/written_names.h"
 #include "vellicor/platform/log.h"
 #include "vellicor/platform/text_format.h"
 #include "vellicor/platform/xml_export.h"
@@ -20,7 +21,7 @@ void SQLViewEntry::setType(const OptionalText& type) { setProperty(keys::viewEnt
 
 XMLElement SQLViewEntry::exportToXMLNode(const XMLElement* parent) const {
     XMLElement node = XMLExport::element("SQLViewEntry", parent);
-    node.addCDataElement("name", getName());
+    node.addCDataElement("name", writtenName(getName()));
     exportPropertiesToXMLNode(node);
     return node;
 }
@@ -100,8 +101,8 @@ std::vector<std::shared_ptr<SQLObject>> SQLView::flatObjectList() { return {shar
 XMLElement SQLView::exportToXMLNode(const XMLElement* parent) const {
     std::scoped_lock lock(_viewMutex);
     XMLElement node = XMLExport::element("SQLView", parent);
-    node.addCDataElement("name", getBaseName());
-    node.addCDataElement("schema", getSchemaName());
+    node.addCDataElement("name", writtenBaseName(getBaseName()));
+    node.addCDataElement("schema", writtenName(getSchemaName()));
     if (const std::string comment = getComment(); !comment.empty()) node.addCDataElement("comment", comment);
     if (!tableType().empty()) node.addCDataElement("tableType", tableType());
     for (const auto& entry : getFields()) entry->exportToXMLNode(&node);
@@ -133,7 +134,7 @@ std::shared_ptr<SQLObject> SQLView::copyWithZone(void* zone) const {
 namespace {
 
 constexpr Setter kViewEntrySetters[] = {
-    setter<&SQLViewEntry::setType>("type"),
+    propertySetter<&SQLViewEntry::setType>("type"),
     // A row takes part in no reference.
     ignored("fkField"),
     ignored("deleteAction"),
@@ -146,7 +147,7 @@ constexpr Setter kViewEntrySetters[] = {
 };
 
 constexpr Setter kViewSetters[] = {
-    setter<&SQLView::setQueryString>("queryString"),
+    propertySetter<&SQLView::setQueryString>("queryString"),
     ignored("queryObject"),
 };
 

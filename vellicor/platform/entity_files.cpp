@@ -25,6 +25,24 @@ bool hasURLScheme(std::string_view systemId) {
     });
 }
 
+int hexDigitOfURI(char c) {
+    if (c >= '0' && c <= '9') return c - '0';
+    const char lower = static_cast<char>(c | 0x20);
+    return lower >= 'a' && lower <= 'f' ? lower - 'a' + 10 : -1;
+}
+
+/// "%20" and its like as the bytes that they stand for; a "%" that begins no such thing stays.
+std::string decodedURI(std::string_view uri) {
+    std::string decoded;
+    for (std::size_t i = 0; i < uri.size(); ++i) {
+        const int high = uri[i] == '%' && i + 2 < uri.size() ? hexDigitOfURI(uri[i + 1]) : -1;
+        const int low = high < 0 ? -1 : hexDigitOfURI(uri[i + 2]);
+        decoded += low < 0 ? uri[i] : static_cast<char>(high * 16 + low);
+        if (low >= 0) i += 2;
+    }
+    return decoded;
+}
+
 }  // namespace
 
 EntityFiles::EntityFiles(const std::filesystem::path& folder) {
@@ -43,8 +61,13 @@ std::optional<EntityFiles::Included> EntityFiles::read(std::string_view systemId
         refusal = "addresses are not followed: name a file in the folder of the document";
         return std::nullopt;
     }
+    const std::string name = decodedURI(systemId);
+    if (name.find('\0') != name.npos) {
+        refusal = "it is no name of a file";
+        return std::nullopt;
+    }
     std::error_code error;
-    std::filesystem::path file = std::filesystem::weakly_canonical(base / systemId, error);
+    std::filesystem::path file = std::filesystem::weakly_canonical(base / name, error);
     if (error) {
         refusal = error.message();
         return std::nullopt;

@@ -21,9 +21,9 @@ public:
     explicit EntityFiles(const std::filesystem::path& folder);
     const std::filesystem::path& folder() const { return _folder; }
 
-    /// The file that `systemId` names, as seen from the folder `base`; null with the reason in `refusal` when it has a
-    /// URL scheme, leads out of the folder (symbolic links count as where they lead), is no regular file, is too large
-    /// or cannot be read.
+    /// The file that `systemId`, a relative URI, names, as seen from the folder `base`; null with the reason in
+    /// `refusal` when it has a URL scheme, leads out of the folder (symbolic links count as where they lead), is no
+    /// regular file, is too large or cannot be read.
     [[nodiscard]] std::optional<Included> read(std::string_view systemId, const std::filesystem::path& base,
                                                std::string& refusal) const;
 

@@ -29,6 +29,7 @@ constexpr KnownPreference kPreferences[] = {
     {prefs::useNewColoring, Flag, "colour tables without a label as unselected tables"},
     {prefs::collapseSingleEntryIndices, Flag, "turn plain indexes on one column into a flag of the column"},
     {prefs::useNewXMLFileLoader, Flag, "read documents by the careful setters only"},
+    {prefs::losslessDocuments, Flag, "write documents such that every name, reference and type comes back as it was"},
     // SQL scripts
     {prefs::quoteIdentifiersOnExport, Flag, "quote every name in scripts"},
     {prefs::addTablePrefixToIndexNamesInExport, Flag, "put the table's name before index names in scripts"},

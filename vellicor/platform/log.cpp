@@ -17,6 +17,8 @@ Guarded<LogSink>& currentSink() {
     return sink;
 }
 
+thread_local const LogSubject* innermostSubject = nullptr;
+
 }  // namespace
 
 void log(std::string_view line) {
@@ -34,5 +36,11 @@ LogSink setLogSink(LogSink sink) {
     auto current = currentSink().lock();
     return std::exchange(*current, std::move(sink));
 }
+
+LogSubject::LogSubject() : _outer(std::exchange(innermostSubject, this)) {}
+
+LogSubject::~LogSubject() { innermostSubject = _outer; }
+
+std::string LogSubject::current() { return innermostSubject ? innermostSubject->description() : std::string(); }
 
 }  // namespace vellicor

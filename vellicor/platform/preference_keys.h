@@ -16,6 +16,8 @@ inline constexpr const char* convertExistingCompoundForeignKeys = "convertExisti
 inline constexpr const char* useNewColoring = "UseNewColoring";
 inline constexpr const char* collapseSingleEntryIndices = "collapseSingleEntryIndices";
 inline constexpr const char* useNewXMLFileLoader = "useNewXMLFileLoader";
+/// Ours: writes the few places of a document that would not come back when read so that they do.
+inline constexpr const char* losslessDocuments = "losslessDocuments";
 
 // SQL scripts
 inline constexpr const char* quoteIdentifiersOnExport = "quoteIdentifiersOnExport";

@@ -4,6 +4,7 @@
 #include <locale.h>
 #include <plist/plist.h>
 
+#include <algorithm>
 #include <chrono>
 #include <cstdlib>
 #include <limits>
@@ -64,6 +65,20 @@ bool hasSaneNesting(std::string_view xml) {
             ++depth > kDeepestPropertyList)
             return false;
         start = end;
+    }
+    return true;
+}
+
+/// False when a text of an XML form is long and full of references: the library moves the rest of a text for each of
+/// them.
+bool hasSaneTexts(std::string_view xml) {
+    constexpr std::size_t kMostMoved = 500'000'000;
+    for (std::size_t start = 0; start < xml.size();) {
+        const std::size_t end = std::min(xml.find('<', start), xml.size());
+        const std::string_view text = xml.substr(start, end - start);
+        const auto references = static_cast<std::size_t>(std::ranges::count(text, '&'));
+        if (references > 0 && text.size() > kMostMoved / references) return false;
+        start = end + 1;
     }
     return true;
 }
@@ -215,6 +230,10 @@ std::optional<Value> valueFromPropertyList(std::string_view bytes, std::string& 
         if (bytes.starts_with(kByteOrderMark)) bytes.remove_prefix(kByteOrderMark.size());
         if (!hasSaneNesting(bytes)) {
             error = "the property list is nested too deeply";
+            return std::nullopt;
+        }
+        if (!hasSaneTexts(bytes)) {
+            error = "a text of the property list has too many references such as &amp; to be read";
             return std::nullopt;
         }
         plist_from_xml(bytes.data(), static_cast<std::uint32_t>(bytes.size()), &read);

@@ -9,7 +9,8 @@
 
 namespace vellicor {
 
-/// The value of a property list in XML or binary form; null with a reason in `error` when it cannot be read. Dates and
+/// The value of a property list in XML or binary form; null with a reason in `error` when it cannot be read, among
+/// them those with a text of tens of thousands of references. Dates and
 /// binary data read as text (data as Base64).
 [[nodiscard]] std::optional<Value> valueFromPropertyList(std::string_view bytes, std::string& error);
 /// The XML form; null with a reason in `error` when the value cannot be written (a null inside it).

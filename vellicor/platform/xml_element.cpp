@@ -159,6 +159,8 @@ void XMLElement::setAttribute(std::string_view name, std::string_view value) con
 
 void XMLElement::addCopy(const XMLElement& other) const { nodeOf(_node).append_copy(nodeOf(other._node)); }
 
+std::string XMLElement::nameFor(std::string_view name) { return legalName(name); }
+
 std::string XMLElement::name() const { return nodeOf(_node).name(); }
 
 bool XMLElement::isEmpty() const { return !nodeOf(_node).first_child() && !nodeOf(_node).first_attribute(); }

@@ -27,6 +27,8 @@ public:
     /// Appends a deep copy of another element.
     void addCopy(const XMLElement& other) const;
 
+    /// The name that an element asked for under `name` gets.
+    [[nodiscard]] static std::string nameFor(std::string_view name);
     [[nodiscard]] std::string name() const;
     [[nodiscard]] bool isEmpty() const;
     /// Pretty-printed with four blanks a level, starting at `depth` levels; ends in a line feed. Elements that hold

@@ -2,10 +2,9 @@
 #include "vellicor/platform/xml_events.h"
 
 #include <expat.h>
-#include <fcntl.h>
-#include <unicode/ucnv.h>
 
-#include <cerrno>
+#include <algorithm>
+#include <deque>
 #include <exception>
 #include <new>
 #include <optional>
@@ -13,15 +12,18 @@
 #include <vector>
 
 #include "vellicor/platform/entity_files.h"
-#include "vellicor/platform/file_descriptor.h"
+#include "vellicor/platform/files.h"
+#include "vellicor/platform/text.h"
 #include "vellicor/platform/text_format.h"
+#include "vellicor/platform/xml_encoding.h"
 #include "vellicor/platform/xml_failures.h"
 
 namespace vellicor {
 
 namespace {
 
-constexpr int kPieceSize = 1 << 18;
+constexpr std::size_t kPieceSize = 1 << 18;
+constexpr std::size_t kLargestPiece = 1 << 30;
 constexpr int kDeepestEntity = 8;
 
 struct ParserDeleter {
@@ -29,38 +31,18 @@ struct ParserDeleter {
 };
 using ParserHandle = std::unique_ptr<XML_ParserStruct, ParserDeleter>;
 
-/// Describes a one-byte encoding that Expat does not know by itself; the others stay unknown.
-int describeEncoding(void*, const XML_Char* name, XML_Encoding* encoding) {
-    UErrorCode status = U_ZERO_ERROR;
-    std::unique_ptr<UConverter, void (*)(UConverter*)> converter(ucnv_open(name, &status), ucnv_close);
-    if (U_FAILURE(status) || ucnv_getMaxCharSize(converter.get()) != 1) return XML_STATUS_ERROR;
-    for (int byte = 0; byte < 256; ++byte) {
-        char source = static_cast<char>(byte);
-        const char* position = &source;
-        status = U_ZERO_ERROR;
-        UChar32 character = ucnv_getNextUChar(converter.get(), &position, &source + 1, &status);
-        encoding->map[byte] = U_SUCCESS(status) && character != 0xFFFD ? character : -1;
-        ucnv_reset(converter.get());
-    }
-    encoding->data = nullptr;
-    encoding->convert = nullptr;
-    encoding->release = nullptr;
-    return XML_STATUS_OK;
-}
-
 /// One parse. Nothing thrown by the handler may pass through the parser's own frames: the callbacks keep the exception,
 /// stop the parser and ignore what it still reports; `raise` passes the exception on.
-class EventParser {
+class EventParser : private XMLPosition {
 public:
     /// `files` null means that nothing outside the document is read.
-    EventParser(XMLEventHandler& handler, const EntityFiles* files, const char* encoding)
-        : _handler(handler), _files(files), _root(XML_ParserCreate(encoding)) {
+    EventParser(XMLEventHandler& handler, const EntityFiles* files)
+        : _handler(handler), _files(files), _root(XML_ParserCreate("UTF-8")) {
         if (!_root) throw std::bad_alloc();
         _current = _root.get();
         XML_SetUserData(_current, this);
         XML_SetElementHandler(_current, startElement, endElement);
         XML_SetCharacterDataHandler(_current, characters);
-        XML_SetUnknownEncodingHandler(_current, describeEncoding, nullptr);
         XML_SetStartDoctypeDeclHandler(_current, startDoctype);
         XML_SetEntityDeclHandler(_current, declareEntity);
         XML_SetSkippedEntityHandler(_current, skipEntity);
@@ -69,27 +51,30 @@ public:
         if (files && XML_SetBase(_current, files->folder().c_str()) != XML_STATUS_OK) throw std::bad_alloc();
     }
 
-    void parse(std::string_view bytes) { feed(bytes); }
-
-    void parse(const FileDescriptor& file, const std::filesystem::path& path) {
-        for (::ssize_t count = 1; count > 0;) {
-            void* buffer = XML_GetBuffer(_current, kPieceSize);
-            if (!buffer) throw std::bad_alloc();
-            count = file.readSome(static_cast<char*>(buffer), kPieceSize);
-            if (count < 0) throw XMLError(0, text("%@ cannot be read: %@", path.string(), systemReason(errno)), 0, 0);
-            if (XML_ParseBuffer(_current, static_cast<int>(count), count == 0) != XML_STATUS_OK) raise();
-        }
+    /// The text is UTF-8 whatever its declaration says.
+    void parse(std::string_view text) {
+        _handler.parseBegins(*this);
+        feed(text);
     }
 
 private:
-    /// Pieces of limited size, since the parser copies each of them.
+    [[nodiscard]] std::int64_t line() const override {
+        return _openFiles.empty() ? static_cast<std::int64_t>(XML_GetCurrentLineNumber(_root.get())) : 0;
+    }
+
+    /// In pieces, since the parser copies what it is given. It looks at an unfinished tag, reference or comment again
+    /// from its beginning with each piece, so pieces grow as long as one lasts.
     void feed(std::string_view bytes) {
+        std::size_t fed = 0;
+        std::size_t size = kPieceSize;
         do {
-            std::string_view piece = bytes.substr(0, kPieceSize);
-            bytes.remove_prefix(piece.size());
-            auto size = static_cast<int>(piece.size());
-            if (XML_Parse(_current, piece.data(), size, bytes.empty()) != XML_STATUS_OK) raise();
-        } while (!bytes.empty());
+            const std::string_view piece = bytes.substr(fed, size);
+            fed += piece.size();
+            const bool isLast = fed == bytes.size();
+            if (XML_Parse(_current, piece.data(), static_cast<int>(piece.size()), isLast) != XML_STATUS_OK) raise();
+            const std::size_t unfinished = fed - static_cast<std::size_t>(XML_GetCurrentByteIndex(_current));
+            size = std::clamp(2 * unfinished, kPieceSize, kLargestPiece);
+        } while (fed < bytes.size());
     }
 
     [[noreturn]] void raise() {
@@ -154,13 +139,13 @@ private:
         });
     }
 
-    /// Remembers the names of external entities; a reference tells only where they are.
+    /// Remembers where external entities are; a reference tells that, but not which entity it means.
     static void XMLCALL declareEntity(void* parser, const XML_Char* name, int isParameter, const XML_Char* value, int,
                                       const XML_Char*, const XML_Char* systemId, const XML_Char*,
                                       const XML_Char* notation) {
         if (value || notation || !systemId) return;
         protect(parser, [&](EventParser& self) {
-            self._entityNames.emplace(systemId, text("%@%@;", isParameter ? "%" : "&", name));
+            if (!isParameter) self._systemIds.emplace(name, systemId);
         });
     }
 
@@ -184,13 +169,30 @@ private:
         return done ? XML_STATUS_OK : XML_STATUS_ERROR;
     }
 
+    /// The reference that is being opened, "&name;" or "%name;". `context` lists the open entities, this one among
+    /// them, in no particular order; it is null for a parameter entity.
+    std::string openedReference(const XML_Char* context, std::string_view systemId) const {
+        if (!context) return referenceAt(_current);
+        for (std::string_view rest = context; !rest.empty();) {
+            const std::size_t end = std::min(rest.find('\f'), rest.size());
+            const std::string_view name = rest.substr(0, end);
+            rest.remove_prefix(std::min(end + 1, rest.size()));
+            const auto declared = _systemIds.find(name);
+            if (declared == _systemIds.end() || declared->second != systemId) continue;
+            std::string reference = text("&%@;", name);
+            if (std::ranges::find(_openReferences, reference) == _openReferences.end()) return reference;
+        }
+        return referenceAt(_current);
+    }
+
     /// Parses an external entity in the place of its reference.
     void include(const XML_Char* context, const std::string& base, std::string_view systemId) {
-        auto known = _entityNames.find(systemId);
-        std::string name = known != _entityNames.end() ? known->second : "an external entity";
+        const std::string reference = openedReference(context, systemId);
         auto refuse = [&](std::string_view reason) {
-            throw named(xmlErrorAt(_current, kGeneralXMLErrorCode,
-                                   text("The external entity %@ (%@) is not read: %@", name, systemId, reason)));
+            const XMLError error =
+                xmlErrorAt(_current, kGeneralXMLErrorCode,
+                           text("The external entity %@ (%@) is not read: %@", reference, systemId, reason));
+            throw ExternalEntityError(named(error), reference);
         };
         if (!_files) {
             refuse("only a document that is opened as a file may include other files. Put the text into the document");
@@ -200,19 +202,30 @@ private:
         std::optional<EntityFiles::Included> included = _files->read(systemId, base, refusal);
         if (!included) refuse(refusal);
 
-        ParserHandle child(XML_ExternalEntityParserCreate(_current, context, nullptr));
+        ParserHandle child(XML_ExternalEntityParserCreate(_current, context, "UTF-8"));
         if (!child || XML_SetBase(child.get(), included->file.parent_path().c_str()) != XML_STATUS_OK)
             throw std::bad_alloc();
         XML_Parser parent = std::exchange(_current, child.get());
         _openFiles.push_back(included->file);
+        _openReferences.push_back(reference);
         try {
-            feed(included->bytes);
+            feed(textOf(included->bytes));
         } catch (...) {
             _current = parent;
             throw;
         }
         _current = parent;
         _openFiles.pop_back();
+        _openReferences.pop_back();
+    }
+
+    /// Of an included file.
+    std::string_view textOf(std::string_view bytes) {
+        try {
+            return xmlAsUTF8(bytes, _converted.emplace_back());
+        } catch (const XMLError& error) {
+            throw named(error);
+        }
     }
 
     XMLEventHandler& _handler;
@@ -223,8 +236,10 @@ private:
     XMLAttributes _attributes;
     std::vector<XMLAttributes::node_type> _spareNodes;
     std::optional<std::string> _doctypeSystemId;
-    std::map<std::string, std::string, std::less<>> _entityNames;  // system id to reference: "&name;" or "%name;"
-    std::vector<std::filesystem::path> _openFiles;                 // the included files being read, outermost first
+    std::map<std::string, std::string, std::less<>> _systemIds;  // of external general entities, by their names
+    std::vector<std::filesystem::path> _openFiles;               // the included files being read, outermost first
+    std::vector<std::string> _openReferences;                    // by which they were included
+    std::deque<std::string> _converted;                          // their texts, where those had to be converted
 };
 
 }  // namespace
@@ -237,15 +252,53 @@ XMLError::XMLError(std::int64_t code, const std::string& description, std::int64
       _line(line),
       _column(column) {}
 
+namespace {
+
+/// Bytes that are no UTF-8 and declare nothing else are the likeliest reason why the parser met one that it cannot
+/// take.
+XMLError explained(const XMLError& error, std::string_view bytes) {
+    constexpr std::int64_t kInvalidByteCode = 9;
+    if (error.code() != kInvalidByteCode || xmlEncodingOf(bytes).isStated || isValidUTF8(bytes)) return error;
+    const std::string likely = likelyEncoding(bytes);
+    const std::string words = likely.empty() ? "" : text("; it looks like %@", likely);
+    return {error.code(),
+            text("The document is not UTF-8, and declares no other encoding%@. Begin it with <?xml version=\"1.0\" "
+                 "encoding=\"%@\"?>, or save it as UTF-8",
+                 words, likely.empty() ? "its encoding" : likely),
+            error.line(), error.column()};
+}
+
+void parseDocument(std::string_view bytes, XMLEventHandler& handler, const EntityFiles* files) {
+    std::string storage;
+    const std::string_view text = xmlAsUTF8(bytes, storage);
+    try {
+        EventParser(handler, files).parse(text);
+    } catch (const ExternalEntityError&) {
+        throw;
+    } catch (const XMLError& error) {
+        throw explained(error, bytes);
+    }
+}
+
+}  // namespace
+
 void parseXML(std::string_view bytes, XMLEventHandler& handler, bool bytesAreUTF8) {
-    EventParser(handler, nullptr, bytesAreUTF8 ? "UTF-8" : nullptr).parse(bytes);
+    if (bytesAreUTF8)
+        EventParser(handler, nullptr).parse(bytes);
+    else
+        parseDocument(bytes, handler, nullptr);
 }
 
 void parseXMLFile(const std::filesystem::path& file, XMLEventHandler& handler) {
-    FileDescriptor descriptor(::open(file.c_str(), O_RDONLY | O_CLOEXEC));
-    if (!descriptor) throw XMLError(0, text("%@ cannot be read: %@", file.string(), systemReason(errno)), 0, 0);
-    EntityFiles files(file.has_parent_path() ? file.parent_path() : ".");
-    EventParser(handler, &files, nullptr).parse(descriptor, file);
+    std::string reason;
+    const std::optional<std::string> bytes = readFile(file, reason);
+    if (!bytes) throw XMLError(0, text("%@ cannot be read: %@", file.string(), reason), 0, 0);
+    parseXMLFile(file, *bytes, handler);
+}
+
+void parseXMLFile(const std::filesystem::path& file, std::string_view bytes, XMLEventHandler& handler) {
+    const EntityFiles files(file.has_parent_path() ? file.parent_path() : ".");
+    parseDocument(bytes, handler, &files);
 }
 
 }  // namespace vellicor

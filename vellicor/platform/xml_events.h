@@ -7,12 +7,21 @@
 #include <map>
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include "vellicor/platform/exception.h"
 
 namespace vellicor {
 
 using XMLAttributes = std::map<std::string, std::string, std::less<>>;
+
+/// Where a parse stands.
+class XMLPosition {
+public:
+    virtual ~XMLPosition() = default;
+    /// Counts from 1; 0 inside a file that the document includes.
+    [[nodiscard]] virtual std::int64_t line() const = 0;
+};
 
 /// Receives the events of one parse. Exceptions thrown by a handler stop the parse and reach its caller.
 class XMLEventHandler {
@@ -22,6 +31,8 @@ public:
     /// Character data, CDATA included, in pieces of any size.
     virtual void characters(std::string_view text) = 0;
     virtual void endElement(std::string_view name) = 0;
+    /// Called once before the first event; `position` lives as long as the parse.
+    virtual void parseBegins(const XMLPosition& /*position*/) {}
 };
 
 /// XML that cannot be read: an error code in the numbering of libxml2, what is wrong in words, and where.
@@ -41,12 +52,25 @@ private:
     std::int64_t _column;
 };
 
-/// Parses bytes; raises XMLError. Entities outside the document are an error that names the entity.
-/// `bytesAreUTF8` makes the bytes count as UTF-8 whatever the XML declaration says.
+/// A reference to an external entity that may not be read.
+class ExternalEntityError : public XMLError {
+public:
+    ExternalEntityError(const XMLError& error, std::string entity) : XMLError(error), _entity(std::move(entity)) {}
+    /// "&name;" or "%name;".
+    const std::string& entity() const { return _entity; }
+
+private:
+    std::string _entity;
+};
+
+/// Parses bytes in whatever encoding they are or declare; raises XMLError. Entities outside the document are an error
+/// that names the entity. `bytesAreUTF8` makes the bytes count as UTF-8 whatever the XML declaration says.
 void parseXML(std::string_view bytes, XMLEventHandler& handler, bool bytesAreUTF8 = false);
-/// Parses a file piece by piece; raises XMLError, with code 0 and the system's reason when the file cannot be read.
-/// External entities resolve to regular files at or below the folder of `file`, at most 1 MiB each and 8 deep; anything
-/// else is an error that names the entity.
+/// Parses a file; raises XMLError, with code 0 and the system's reason when it cannot be read. External entities
+/// resolve to regular files at or below the folder of `file`, at most 1 MiB each and 8 deep; anything else is an error
+/// that names the entity.
 void parseXMLFile(const std::filesystem::path& file, XMLEventHandler& handler);
+/// The same for the bytes of `file`, read before.
+void parseXMLFile(const std::filesystem::path& file, std::string_view bytes, XMLEventHandler& handler);
 
 }  // namespace vellicor

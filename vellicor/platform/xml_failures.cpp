@@ -48,14 +48,6 @@ Surroundings surroundings(XML_Parser parser) {
     return {bytes.substr(position), position > 0 ? bytes[position - 1] : '\0'};
 }
 
-/// "&name;" where the error is; "an entity" when the place is inside the text of another entity.
-std::string entityAt(XML_Parser parser) {
-    std::string_view rest = surroundings(parser).rest;
-    std::size_t end = rest.substr(0, 1024).find(';');
-    if (!rest.starts_with('&') || end == std::string_view::npos) return "an entity";
-    return std::string(rest.substr(0, end + 1));
-}
-
 XMLError invalidToken(XML_Parser parser) {
     if (XML_GetErrorByteIndex(parser) == 0) return xmlErrorAt(parser, 4, kFailures[0].description);
     Surroundings around = surroundings(parser);
@@ -73,6 +65,13 @@ XMLError invalidToken(XML_Parser parser) {
 
 }  // namespace
 
+std::string referenceAt(XML_Parser parser) {
+    std::string_view rest = surroundings(parser).rest;
+    std::size_t end = rest.substr(0, 1024).find(';');
+    if ((!rest.starts_with('&') && !rest.starts_with('%')) || end == std::string_view::npos) return "an entity";
+    return std::string(rest.substr(0, end + 1));
+}
+
 XMLError xmlErrorAt(XML_Parser parser, std::int64_t code, const std::string& description) {
     return {code, description, static_cast<std::int64_t>(XML_GetCurrentLineNumber(parser)),
             static_cast<std::int64_t>(XML_GetCurrentColumnNumber(parser)) + 1};
@@ -83,13 +82,13 @@ XMLError xmlErrorOf(XML_Parser parser) {
     if (error == XML_ERROR_INVALID_TOKEN) return invalidToken(parser);
     if (error == XML_ERROR_UNDEFINED_ENTITY) {
         return xmlErrorAt(parser, kUndeclaredEntityCode,
-                          text("The document refers to %@, which it does not declare", entityAt(parser)));
+                          text("The document refers to %@, which it does not declare", referenceAt(parser)));
     }
     if (error == XML_ERROR_ATTRIBUTE_EXTERNAL_ENTITY_REF) {
         return xmlErrorAt(parser, kGeneralXMLErrorCode,
                           text("An attribute refers to %@, which stands outside the document: write its text into the "
                                "attribute",
-                               entityAt(parser)));
+                               referenceAt(parser)));
     }
     auto known = std::find_if(std::begin(kFailures), std::end(kFailures),
                               [error](const Failure& failure) { return failure.error == error; });

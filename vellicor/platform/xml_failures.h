@@ -14,6 +14,9 @@ namespace vellicor {
 /// The error at which `parser` stopped by itself.
 [[nodiscard]] XMLError xmlErrorOf(XML_ParserStruct* parser);
 
+/// "&name;" or "%name;" where `parser` stands; "an entity" when that is inside the text of another entity.
+[[nodiscard]] std::string referenceAt(XML_ParserStruct* parser);
+
 /// Error code of a reference to an entity that is not declared.
 inline constexpr std::int64_t kUndeclaredEntityCode = 26;
 /// Error code of everything that the numbering has no better number for.

@@ -48,7 +48,7 @@ SQLDataType::Parts SQLDataType::parseTypeStringB(std::string_view type) const {
     // Only ASCII characters decide, so the bytes of others pass as they are.
     enum class State { Base, Size, Nested, Quoted, Escaped, Done } state = State::Base;
     int depth = 0;
-    std::string base, size, element;
+    std::string base, size, element, rest;
     std::vector<std::string> elements;
     for (std::size_t i = 0; i < type.size(); ++i) {
         const char c = type[i];
@@ -95,10 +95,10 @@ SQLDataType::Parts SQLDataType::parseTypeStringB(std::string_view type) const {
                 element += c;
                 state = State::Quoted;
                 break;
-            case State::Done: break;
+            case State::Done: rest += c; break;
         }
     }
-    Parts parts{std::move(base), std::move(size), std::nullopt};
+    Parts parts{std::move(base), std::move(size), std::nullopt, std::move(rest)};
     if (lowercased(parts.dataType) == "enum") {
         if (!element.empty()) elements.push_back(std::move(element));
         parts.enumElements = std::move(elements);
@@ -124,6 +124,7 @@ void SQLDataType::setFromType(std::string_view type, std::string_view size, std:
 bool SQLDataType::takeSize(std::string_view type, std::string_view size) {
     Parts parts = parseTypeStringB(type);
     _baseType = std::move(parts.dataType);
+    _rest = std::move(parts.rest);
     if (!parts.dataTypeSize && size.empty()) return false;
     // Kept: a text without parentheses has an empty size, and that one wins over the argument.
     _typeSize = parts.dataTypeSize ? std::move(*parts.dataTypeSize) : std::string(size);

@@ -32,6 +32,8 @@ public:
         OptionalText dataTypeSize;
         /// The texts between apostrophes, backslashes included; only when the base is "enum" in any case.
         std::optional<std::vector<std::string>> enumElements;
+        /// What stands behind the outer parentheses.
+        std::string rest{};
     };
     [[nodiscard]] virtual Parts parseTypeStringB(std::string_view type) const;
 
@@ -47,6 +49,8 @@ public:
     void setBaseType(std::string_view type) { _baseType = type; }
     [[nodiscard]] const std::string& typeSize() const { return _typeSize; }
     void setTypeSize(std::string_view size) { _typeSize = size; }
+    /// What the text that was taken last had behind its parentheses; no part of the type.
+    [[nodiscard]] const std::string& rest() const { return _rest; }
     [[nodiscard]] bool hasTypeSize() const { return !_typeSize.empty(); }
     /// "base(size)", with empty parentheses when there is no size.
     [[nodiscard]] std::string typeString() const;
@@ -56,6 +60,7 @@ private:
 
     std::string _baseType;
     std::string _typeSize;
+    std::string _rest;
 };
 
 }  // namespace vellicor

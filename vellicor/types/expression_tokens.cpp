@@ -4,13 +4,12 @@
 #include <algorithm>
 #include <cctype>
 
+#include "vellicor/platform/numbers.h"
 #include "vellicor/platform/text.h"
 
 namespace vellicor {
 
 namespace {
-
-bool isDigit(char c) { return c >= '0' && c <= '9'; }
 bool isNameStart(char c) {
     return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || c == '_' || static_cast<unsigned char>(c) >= 0x80;
 }
