@@ -192,14 +192,14 @@ constexpr Change kChanges[] = {
     {"t(a INTEGER; b INTEGER)", "t(a INTEGER; b INTEGER)", kEverywhere, "SELECT a FROM t", "SELECT b, a FROM t"},
 };
 
-struct Refusal {
+struct AlterRefusal {
     const char* engine;
     const char* before;
     const char* after;
     const char* words;  ///< of the engine
 };
 
-constexpr Refusal kRefusals[] = {
+constexpr AlterRefusal kAlterRefusals[] = {
     {"SQLite", "t(a INTEGER indexed)", "t(a INTEGER)", "no such index: a_idx"},
     {"SQLite", "t(a INTEGER; index i (a))", "t(a INTEGER; index i UNIQUE (a))", "near \"ADD\": syntax error"},
     {"SQLite", "t(a INTEGER)", "t(a INTEGER; constraint c UNIQUE (a))", "near \"CONSTRAINT\": syntax error"},
@@ -238,7 +238,7 @@ std::string alterScript(Engine& engine, SQLContainer& next, SQLContainer& curren
 }  // namespace
 
 void expectClassicAlterStatementsAreRefused(Engine& engine) {
-    for (const Refusal& row : kRefusals) {
+    for (const AlterRefusal& row : kAlterRefusals) {
         if (row.engine != engine.dialect()) continue;
         const auto current = document(row.before);
         const auto next = document(row.after);

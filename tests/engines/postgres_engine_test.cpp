@@ -13,7 +13,7 @@
 namespace vellicor::testing {
 namespace {
 
-const DocumentTraits kTraits{
+const DocumentTraits kPostgresTraits{
     .types = {{"INTEGER", {{"0"}, {"42", true}, {"-7"}, {"1 + 1", true}, {"NULL"}, {"'5'"}}},
               {"BIGINT", {{"12345678901"}}},
               {"NUMERIC(10,2)", {{"1.50"}, {"0", true}}},
@@ -50,7 +50,7 @@ TEST_F(PostgreSQLOn, ClassicAlterStatementsAreRefused) { expectClassicAlterState
 TEST_F(PostgreSQLOn, ClassicScriptsAreRefused) { expectClassicScriptsAreRefused(engine()); }
 TEST_F(PostgreSQLOn, ClassicScriptsAreMisread) { expectClassicScriptsAreMisread(engine()); }
 TEST_F(PostgreSQLOn, AwkwardDocumentsRun) { expectAwkwardDocumentsRun(engine()); }
-TEST_F(PostgreSQLOn, GeneratedDocumentsHoldWhatTheySay) { expectGeneratedDocumentsOnEngine(engine(), kTraits, 60); }
+TEST_F(PostgreSQLOn, GeneratedDocumentsHoldWhatTheySay) { expectGeneratedDocumentsOnEngine(engine(), kPostgresTraits, 60); }
 
 TEST_F(PostgreSQLOn, KeywordsMayBeNames) {
     ScopedPreference runnable(prefs::runnableScripts);

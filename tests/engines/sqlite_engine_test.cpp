@@ -14,7 +14,7 @@ namespace {
 
 using Default = DocumentTraits::Default;
 
-const DocumentTraits kTraits{
+const DocumentTraits kSQLiteTraits{
     .types = {{"INTEGER", {{"0"}, {"42", true}, {"-7"}, {"1 + 1", true}, {"NULL"}, {"abs(-3)", true}}},
               {"NUMERIC(10,2)", {{"1.5", true}, {"0", true}}},
               {"VARCHAR(40)",
@@ -46,7 +46,7 @@ TEST_F(SQLiteOn, ClassicAlterStatementsAreRefused) { expectClassicAlterStatement
 TEST_F(SQLiteOn, ClassicScriptsAreRefused) { expectClassicScriptsAreRefused(engine); }
 TEST_F(SQLiteOn, ClassicScriptsAreMisread) { expectClassicScriptsAreMisread(engine); }
 TEST_F(SQLiteOn, AwkwardDocumentsRun) { expectAwkwardDocumentsRun(engine); }
-TEST_F(SQLiteOn, GeneratedDocumentsHoldWhatTheySay) { expectGeneratedDocumentsOnEngine(engine, kTraits, 200); }
+TEST_F(SQLiteOn, GeneratedDocumentsHoldWhatTheySay) { expectGeneratedDocumentsOnEngine(engine, kSQLiteTraits, 200); }
 
 TEST_F(SQLiteOn, KeywordsMayBeNames) {
     ScopedPreference runnable(prefs::runnableScripts);

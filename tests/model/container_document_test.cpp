@@ -2,6 +2,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "tests/model/documents.h"
 #include "tests/support/document_builder.h"
 #include "tests/support/log_capture.h"
 #include "tests/support/scoped_preference.h"
@@ -23,24 +24,14 @@ using ::testing::ElementsAre;
 using ::testing::HasSubstr;
 using ::testing::IsEmpty;
 using ::testing::Not;
+using vellicor::testing::addTable;
+using vellicor::testing::Document;
 using testing::LogCapture;
+using vellicor::testing::names;
 using testing::ScopedPreference;
-using Document = std::shared_ptr<SQLContainer>;
-
-std::shared_ptr<SQLTable> addTable(const Document& document, std::string_view name) {
-    auto added = SQLTable::tableWithName(std::string(name));
-    document->add(added);
-    return added;
-}
 
 SQLTable& named(const Document& document, std::string_view name) {
     return *as<SQLTable>(document->getObjectByName(std::string(name)));
-}
-
-std::string names(const SQLContainer::Objects& objects) {
-    std::string names;
-    for (const auto& object : objects) names += (names.empty() ? "" : " ") + object->getName();
-    return names;
 }
 
 std::string orderedByForeignKeys(const Document& document) {

@@ -8,6 +8,7 @@
 #include <random>
 #include <tuple>
 
+#include "tests/model/documents.h"
 #include "tests/support/document_builder.h"
 #include "tests/support/log_capture.h"
 #include "tests/support/scoped_preference.h"
@@ -27,28 +28,18 @@ namespace {
 using ::testing::ElementsAre;
 using ::testing::HasSubstr;
 using ::testing::IsEmpty;
+using vellicor::testing::addTable;
+using vellicor::testing::Document;
 using vellicor::testing::LogCapture;
+using vellicor::testing::names;
 using vellicor::testing::ScopedPreference;
-using Document = std::shared_ptr<SQLContainer>;
 
 std::shared_ptr<SQLTable> table(std::string_view name) { return SQLTable::tableWithName(std::string(name)); }
-
-std::shared_ptr<SQLTable> addTable(const Document& document, std::string_view name) {
-    auto added = table(name);
-    document->add(added);
-    return added;
-}
 
 std::shared_ptr<SQLComment> comment(std::string_view name) {
     auto made = create<SQLComment>();
     made->setName(std::string(name));
     return made;
-}
-
-std::string names(const SQLContainer::Objects& objects) {
-    std::string names;
-    for (const auto& object : objects) names += (names.empty() ? "" : " ") + object->getName();
-    return names;
 }
 
 TEST(Container, TakenNamesAreReplaced) {
