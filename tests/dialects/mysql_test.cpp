@@ -126,6 +126,8 @@ TEST(MySQL, ComparedColumnsAreLogged) {
     EXPECT_THAT(log.lines(), ElementsAre("a bigint <-|-> a int"));
     (void)alter("a BOOL", "a TINYINT");
     EXPECT_THAT(log.lines(), ::testing::Contains("type types are synonymous (not modified)"));
+    EXPECT_THAT(alter("a BOOL(1)", "a TINYINT(4)"), ElementsAre("", "")) << "whatever size a synonym has";
+    EXPECT_THAT(alter("a BOOL(1) notnull", "a TINYINT(4)"), ElementsAre("ALTER TABLE t CHANGE a a BOOL(1) NOT NULL", ""));
     ScopedPreference sizes(prefs::preventTypeSizeUpdateWhenNil);
     EXPECT_THAT(alter("a int pk auto", "a int(11) pk auto"), ElementsAre("", "")) << "the key keeps AUTO_INCREMENT";
 }

@@ -312,6 +312,27 @@ TEST_F(Alter, ReferencesThatAreGoneStayDropped) {
     EXPECT_THAT(generic->filterForeignKeyList(keys, now.document.get()), ElementsAre(keys[1]));
     now.b->setName("other");
     EXPECT_THAT(generic->filterForeignKeyList(keys, now.document.get()), IsEmpty());
+    const struct {
+        const char* what;
+        void (*change)(Model&);
+        std::vector<SQLConnectable*> kept;
+    } cases[] = {
+        {"a renamed column key", [](Model& m) { m.aId->setReferenceId("other"); }, {old.key}},
+        {"a renamed key object", [](Model& m) { m.key->setName("other"); }, {old.aId}},
+        {"a column key in place of a key object",
+         [](Model& m) {
+             m.key->delete_();
+             m.note->setFkField(m.code);
+             m.note->setReferenceId("k");
+         },
+         {old.aId}},
+    };
+    for (const auto& [what, change, kept] : cases) {
+        Model changed;
+        changed.aId->setReferenceId("b_fk");
+        change(changed);
+        EXPECT_EQ(generic->filterForeignKeyList(keys, changed.document.get()), kept) << what;
+    }
     EXPECT_THAT(generic->filterForeignKeyList(keys, nullptr), IsEmpty());
 }
 

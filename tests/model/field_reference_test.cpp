@@ -149,7 +149,9 @@ TEST_F(FieldReference, TurnsOldCompoundKeysIntoForeignKeys) {
         {"target(a INT pk; c INT pk)", ""},         // no such column
     };
     for (const auto& [target, converted] : rows) {
-        document = testing::document(std::string(target) + ";; source(x INT; a INT)");
+        // An index and a constraint of a column's name, or of a missing column's, are no sources.
+        document = testing::document(std::string(target) +
+                                     ";; source(x INT; a INT; index a (x); constraint c UNIQUE (x))");
         auto* x = column("source", "x");
         x->setReferences("target", "b");
         x->setReferenceDependentField(column("source", "a")->uid());

@@ -142,6 +142,9 @@ TEST(Table, GivesNewComponentsWhatTheyLack) {
     auto bare = SQLField::field(), second = SQLField::field(), twin = SQLField::fieldWithName("ID", "int");
     table.add(bare);
     EXPECT_EQ(bare->getName() + " " + bare->getType(), "untitled INTEGER");
+    auto sized = SQLField::fieldWithName("sized", " (5) ");
+    table.add(sized);
+    EXPECT_EQ(sized->getType(), "INTEGER") << "a size is no type";
     second->setUid(bare->uid());
     table.add(second);
     EXPECT_EQ(second->getName(), "untitled_1");

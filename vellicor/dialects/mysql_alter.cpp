@@ -69,10 +69,11 @@ Statements MySQLExporter::alterSQLFieldAsVector(SQLField& field, SQLField& datab
     return {alterColumnSpecification(field, databaseField), alterUniqueConstraint(field, databaseField)};
 }
 
-bool MySQLExporter::definitionDiffers(SQLField& field, SQLField& databaseField) {
+/// Whether the column changes, given whether its type or size already counted as a change.
+bool MySQLExporter::columnChanges(SQLField& field, SQLField& databaseField, bool typeDiffers) {
     const std::string databaseDefinition = exportSQLField(databaseField, &field);
     const std::string definition = exportSQLField(field, &databaseField);
-    if (definition == databaseDefinition) return false;
+    if (definition == databaseDefinition) return typeDiffers;
 
     // The new column as it would read with another type or size. The copy stands in no table: there the column itself
     // would count as an earlier one with AUTO_INCREMENT.
@@ -83,15 +84,15 @@ bool MySQLExporter::definitionDiffers(SQLField& field, SQLField& databaseField) 
     };
     const auto ofSize = [&](SQLField& variant) { variant.setTypeSize(databaseField.getDataTypeSize()); };
     const auto ofType = [&](SQLField& variant) { variant.setType(databaseField.getFullTypeString()); };
-    bool differs = true;
+    bool changes = true;
     if (Preferences::shared().boolForKey(prefs::preventTypeSizeUpdateWhenNil) && field.getDataTypeSize().empty())
-        differs = definitionOfVariant(ofSize) != databaseDefinition;
+        changes = typeDiffers || definitionOfVariant(ofSize) != databaseDefinition;
     if (isBoolForTinyint(field, databaseField) && definitionOfVariant(ofType) == databaseDefinition) {
         log("type types are synonymous (not modified)");
-        differs = false;
+        changes = false;  // whatever else differed was the size of one of the synonyms
     }
     log(text("%@ <-|-> %@", definition, databaseDefinition));
-    return differs;
+    return changes;
 }
 
 std::string MySQLExporter::alterColumnSpecification(SQLField& field, SQLField& databaseField) {
@@ -99,7 +100,7 @@ std::string MySQLExporter::alterColumnSpecification(SQLField& field, SQLField& d
     const bool typeDiffers = !sameType && !isBoolForTinyint(field, databaseField);
     const bool sizeDiffers =
         field.getDataTypeSize() != databaseField.getDataTypeSize() && !field.getDataTypeSize().empty();
-    const bool changed = definitionDiffers(field, databaseField) || typeDiffers || sizeDiffers;
+    const bool changed = columnChanges(field, databaseField, typeDiffers || sizeDiffers);
     return changed || shouldAlterColumnComment(field, databaseField) ? alterColumnInstruction(field, databaseField)
                                                                      : std::string();
 }

@@ -133,7 +133,7 @@ private:
     [[nodiscard]] std::string indexFor(SQLField& field, std::string_view name, SQLTable& table, bool asCreate);
     /// Drops the index that the key brought along, in runnable scripts; it would keep the key's name.
     [[nodiscard]] std::string dropIndexOfKey(SQLConnectable& key, std::string_view quotedName);
-    [[nodiscard]] bool definitionDiffers(SQLField& field, SQLField& databaseField);
+    [[nodiscard]] bool columnChanges(SQLField& field, SQLField& databaseField, bool typeDiffers);
 
     std::unordered_set<std::string> _fkIndexList;                        // names handed out during one export
     std::unordered_map<std::string, std::size_t> _nextNumberForFkIndex;  // first number to try behind a name

@@ -66,6 +66,13 @@ bool actionsMatch(std::uint64_t a, std::uint64_t b, std::uint64_t unsetAction) {
     return a == b || (a == unset && b == unsetAction) || (b == unset && a == unsetAction);
 }
 
+/// Whether two keys are of one kind and have one name, as the database knows it: a column's key and a key object never
+/// stand for each other, nor does a key for what it was called before.
+bool haveSameKindAndName(SQLConnectable& a, SQLConnectable& b) {
+    const bool isObject = as<SQLForeignKey>(&a);
+    return isObject == static_cast<bool>(as<SQLForeignKey>(&b)) && a.getReferenceId() == b.getReferenceId();
+}
+
 /// Whether two keys lead from columns of the same names to the same columns of a table of the same name.
 bool haveSameEnds(const SQLConnectable& a, const SQLConnectable& b) {
     const SQLTable* targetA = a.targetTable();
@@ -336,8 +343,8 @@ std::vector<SQLConnectable*> GenericSQLExporter::filterForeignKeyList(const std:
         if (!documentTable) continue;
         const SQLTable::Components components = documentTable->objectList();
         const bool stillThere = std::ranges::any_of(components, [key](const auto& component) {
-            const auto* candidate = as<SQLConnectable>(component.get());
-            return candidate && haveSameEnds(*key, *candidate);
+            auto* candidate = as<SQLConnectable>(component.get());
+            return candidate && haveSameKindAndName(*key, *candidate) && haveSameEnds(*key, *candidate);
         });
         if (stillThere) kept.push_back(key);
     }

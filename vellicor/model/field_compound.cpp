@@ -89,12 +89,13 @@ bool SQLField::convertCompoundForeignKey() {
     setFkField(nullptr);
     foreignKey->addFieldPair(this, target);
 
-    std::unordered_map<std::string, SQLTableComponent*> byName;  // of equal names the last one
-    table->forEachComponent<SQLTableComponent>([&](SQLTableComponent& object) { byName[object.getName()] = &object; });
+    // Of equal names the last one. An index or constraint may have a column's name and is no source.
+    std::unordered_map<std::string, SQLField*> columns;
+    table->forEachComponent<SQLField>([&](SQLField& field) { columns[field.getName()] = &field; });
     for (SQLField* column : primaryKey) {
         if (column == target) continue;
-        auto source = byName.find(column->getName());
-        foreignKey->addFieldPair(source == byName.end() ? nullptr : as<SQLField>(source->second), column);
+        const auto source = columns.find(column->getName());
+        foreignKey->addFieldPair(source == columns.end() ? nullptr : source->second, column);
     }
     table->add(foreignKey);
     return true;

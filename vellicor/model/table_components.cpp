@@ -57,7 +57,8 @@ void SQLTable::addComponent(const std::shared_ptr<SQLTableComponent>& component)
 
 void SQLTable::addComponentField(const std::shared_ptr<SQLTableComponent>& component) {
     try {
-        if (auto field = as<SQLField>(component); field && field->getType().empty()) field->setType("INTEGER");
+        // A size alone is no type.
+        if (auto field = as<SQLField>(component); field && field->getDataType().empty()) field->setType("INTEGER");
         addUniqueComponent(component);
     } catch (const SQLException& error) {
         if (error.name() == exceptions::duplicateField) throw;
