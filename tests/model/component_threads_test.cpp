@@ -121,6 +121,9 @@ TEST(ComponentThreads, AViewIsReadWhileItsColumnsArrive) {
         [&] {
             (void)view->exportToXMLNode();
             (void)copyOf(*view);
+            EXPECT_EQ(view->fieldCount() % 2, 0u) << "no reader sees half a list";
+            const Value json(view->jsonDictionary());
+            EXPECT_EQ(json.find("entries")->asList()->size() % 2, 0u);
         });
     EXPECT_GT(view->getFields().size(), 2 * kColumns);
 }

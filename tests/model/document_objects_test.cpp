@@ -88,11 +88,23 @@ TEST(Comment, HasATextAndATitleOfItsOwn) {
     undo->undo();
     EXPECT_EQ(comment->getComment(), "text");
 
+    struct : KeyObserver {
+        void willChangeValue(const void*, std::string_view) override { ++announced; }
+        void didChangeValue(const void* object, std::string_view) override {
+            heard = static_cast<const SQLObject*>(object)->displayName();
+        }
+        int announced = 0;
+        std::string heard;
+    } observer;
+    comment->addObserver(observer, "displayName");
     comment->postLoadProcess();
     EXPECT_EQ(comment->displayName(), "comment");
     comment->setDisplayName("Title");
+    EXPECT_EQ(observer.heard, "Title");
     undo->undo();
     EXPECT_EQ(comment->displayName(), "comment");
+    EXPECT_EQ(observer.heard, "comment");
+    EXPECT_EQ(observer.announced, 3);
     comment->setDisplayName("Title");
     comment->postLoadProcess();
     EXPECT_EQ(comment->displayName() + comment->getName(), "Titlecomment");

@@ -69,12 +69,26 @@ TEST(ObjectProperties, NullsAreLoggedAndChangeNothingAndMissingPartsAreAssertion
     testing::LogCapture logged;
     auto object = create<SQLObject>();
     object->setProperty("key", "old");
+    const char* null = nullptr;
     object->setProperty("key", std::nullopt);
+    object->setProperty("key", nullptr);
+    object->setProperty("key", null);
+    object->setProperty("key", OptionalText());
+    object->setPropertyValue(nullptr, "key");
+    object->setUndoableProperty("key", null);
+    const std::string nilValue = "attempted to set nil value for property: ";
+    EXPECT_EQ(logged.lines(), Events(6, nilValue + "key"));
     object->setPropertyValue("new", std::nullopt);
+    object->setProperty(nullptr, "new");
+    object->setProperty(null, nullptr);
+    object->removeUndoableProperty(nullptr);
     object->setComment(std::nullopt);
-    EXPECT_THAT(logged.lines(), ElementsAre("attempted to set nil value for property: key",
-                                            "attempted to set nil key for property",
-                                            "attempted to set nil value for property: objectComment"));
+    object->setLabel(create<SQLObjectLabel>());
+    const char* nilKey = "attempted to set nil key for property";
+    EXPECT_THAT(Events(logged.lines().begin() + 6, logged.lines().end()),
+                ElementsAre(nilKey, nilKey, nilKey, nilValue + "objectComment", nilValue + "labelName"));
+    EXPECT_FALSE(object->hasProperty("labelName"));
+    EXPECT_TRUE(object->hasProperty("labelColor"));
     EXPECT_EQ(object->getProperty("key"), "old");
 
     SQLObject withoutDictionary;
@@ -120,6 +134,9 @@ TEST(PropertyDictionary, AnnouncesEachChangeAroundTheHooks) {
     auto object = create<Hooked>();
     Witness onKey(object->events);
     Witness onOwner(object->events);
+    object->setUid("U");
+    EXPECT_THAT(std::exchange(object->events, {}),
+                ElementsAre(MatchesRegex("hook uid [0-9A-F-]{36} U, reads [0-9A-F-]{36}"), "hooked uid U"));
     object->properties()->addObserver(onKey, "key");
     object->addObserver(onOwner, "properties");
 

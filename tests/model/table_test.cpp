@@ -11,6 +11,7 @@
 #include "vellicor/model/field.h"
 #include "vellicor/model/foreign_key.h"
 #include "vellicor/model/index.h"
+#include "vellicor/model/view.h"
 #include "vellicor/platform/exception.h"
 #include "vellicor/platform/preference_keys.h"
 #include "vellicor/platform/text_format.h"
@@ -278,10 +279,16 @@ TEST(Table, ReordersAndUndoes) {
 struct Observer : FieldListObserver {
     explicit Observer(bool supports) : supports(supports) {}
     bool supportsFieldListChanged() const override { return supports; }
-    void fieldListChanged(SQLTable& table) override { table.removeObserverForFieldList(*this), ++calls; }
+    void fieldListChanged(SQLTable& table) override {
+        if (leaves) table.removeObserverForFieldList(*this);
+        ++calls;
+        seen = table.fieldCount();
+    }
     std::string description() const override { return "deaf"; }
     const bool supports;
+    bool leaves = true;
     int calls = 0;
+    std::size_t seen = 0;
 };
 
 TEST(Table, TellsObserversOfItsList) {
@@ -304,6 +311,22 @@ TEST(Table, TellsObserversOfItsList) {
     table->notifyFieldObservers();  // the one that is next ends before its turn
     const char* warning = "warning field observer deaf registered, but not supporting method fieldListChanged:";
     EXPECT_THAT(log.lines(), ElementsAre(warning, "Note: Attempt to remove nil field", warning, warning));
+
+    Observer stays(true);
+    stays.leaves = false;
+    auto view = SQLView::viewWithName("v");
+    const Observation observation = view->observeFieldList(stays);
+    const std::pair<void (*)(SQLTable&), std::size_t> changes[] = {
+        {[](SQLTable& list) { list.setFields({SQLViewEntry::viewEntryWithName("a", "column")}); }, 1},
+        {[](SQLTable& list) { list.add(SQLViewEntry::viewEntryWithName("b", "column")); }, 2},
+        {[](SQLTable& list) { as<SQLView>(&list)->updateFieldList(); }, 2},  // two headings
+        {[](SQLTable& list) { list.setFields({}); }, 0},
+    };
+    for (int calls = 0; const auto& [change, rows] : changes) {
+        change(*view);
+        EXPECT_EQ(stays.calls, ++calls) << rows;
+        EXPECT_EQ(stays.seen, rows);
+    }
 }
 
 TEST(Table, KnowsItsPrimaryKeyAndWhoReferencesIt) {

@@ -30,6 +30,16 @@ void SQLComment::setComment(const OptionalText& text) {
 
 void SQLComment::setDisplayName(const OptionalText& title) { setProperty(keys::commentTitle, title); }
 
+void SQLComment::propertyWillChange(std::string_view key, const PropertyValue* current, const PropertyValue* next) {
+    if (key == keys::commentTitle) willChangeValueForKey("displayName");
+    SQLObjectPeer::propertyWillChange(key, current, next);
+}
+
+void SQLComment::propertyDidChange(std::string_view key) {
+    SQLObjectPeer::propertyDidChange(key);
+    if (key == keys::commentTitle) didChangeValueForKey("displayName");
+}
+
 void SQLComment::postLoadProcess() {
     SQLObjectPeer::postLoadProcess();
     if (!hasProperty(keys::commentTitle)) setDisplayName(getName());

@@ -20,6 +20,9 @@ public:
     /// The property "commentTitle"; empty without one.
     [[nodiscard]] std::string displayName() const override { return getProperty(keys::commentTitle); }
     void setDisplayName(const OptionalText& title) override;
+    /// Observers of "displayName" are told when the title changes.
+    void propertyWillChange(std::string_view key, const PropertyValue* current, const PropertyValue* next) override;
+    void propertyDidChange(std::string_view key) override;
     /// A comment without a title takes its name as title.
     void postLoadProcess() override;
 

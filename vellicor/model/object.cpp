@@ -58,7 +58,7 @@ std::string SQLObject::getProperty(std::string_view key) const {
     return _properties ? _properties->textForKey(key) : std::string();
 }
 
-void SQLObject::setProperty(std::optional<std::string_view> key, std::optional<PropertyValue> value) {
+void SQLObject::setProperty(Nullable<std::string_view> key, Nullable<PropertyValue> value) {
     if (!_properties) throw AssertionFailure("Properties should not be nil");
     if (!key)
         log("attempted to set nil key for property");
@@ -68,7 +68,7 @@ void SQLObject::setProperty(std::optional<std::string_view> key, std::optional<P
         _properties->setValue(std::move(*value), *key);
 }
 
-void SQLObject::setPropertyValue(std::optional<PropertyValue> value, std::optional<std::string_view> key) {
+void SQLObject::setPropertyValue(Nullable<PropertyValue> value, Nullable<std::string_view> key) {
     setProperty(key, std::move(value));
 }
 
@@ -102,7 +102,7 @@ bool SQLObject::takesKey(std::string_view key) const {
     return false;
 }
 
-void SQLObject::setUndoableProperty(std::string_view key, std::optional<PropertyValue> value) {
+void SQLObject::setUndoableProperty(std::string_view key, Nullable<PropertyValue> value) {
     std::optional<PropertyValue> current;
     if (_properties) current = _properties->valueForKey(key);
     registerUndo(this, [key = std::string(key), current = std::move(current)](SQLObject& self) {
@@ -114,7 +114,7 @@ void SQLObject::setUndoableProperty(std::string_view key, std::optional<Property
     setProperty(key, std::move(value));
 }
 
-void SQLObject::removeUndoableProperty(std::optional<std::string_view> key) {
+void SQLObject::removeUndoableProperty(Nullable<std::string_view> key) {
     if (!key) return;
     registerUndo(this, [key = std::string(*key), current = getProperty(*key)](SQLObject& self) {
         self.setUndoableProperty(key, current);
@@ -148,7 +148,7 @@ void SQLObject::setLabel(std::shared_ptr<SQLObjectLabel> label) {
     setUndoActionName("set label");
     _label = std::move(label);
     if (_label) {
-        setProperty(keys::labelName, _label->getName());
+        setProperty(keys::labelName, _label->name());  // logs a label without a name and leaves what is there
         setProperty(keys::labelColor, _label->color().string());
         setProperty(keys::labelUid, _label->uid());
     } else {

@@ -15,6 +15,7 @@
 #include "vellicor/model/property_dictionary.h"
 #include "vellicor/platform/atomic_property.h"
 #include "vellicor/platform/color.h"
+#include "vellicor/platform/nullable.h"
 #include "vellicor/platform/observing.h"
 #include "vellicor/platform/text.h"
 #include "vellicor/platform/undo.h"
@@ -57,8 +58,8 @@ public:
     /// Logs and changes nothing for a null key or a null value, and for a key that a document could not give back: the
     /// name of a class, or of something else that the object reads from documents. Asserts "Properties should not be
     /// nil".
-    void setProperty(std::optional<std::string_view> key, std::optional<PropertyValue> value);
-    void setPropertyValue(std::optional<PropertyValue> value, std::optional<std::string_view> key);
+    void setProperty(Nullable<std::string_view> key, Nullable<PropertyValue> value);
+    void setPropertyValue(Nullable<PropertyValue> value, Nullable<std::string_view> key);
     [[nodiscard]] bool hasProperty(std::string_view key) const;
     void removeProperty(std::string_view key);
     /// Stores "1" or "0".
@@ -73,8 +74,8 @@ public:
     /// Merges entries in, without hooks or announcements; keys that `setProperty` refuses are left out with a line.
     void setProperties(const QVMutableNotifyingPropertyDictionary::Snapshot& entries);
     /// Undoable whatever the key.
-    void setUndoableProperty(std::string_view key, std::optional<PropertyValue> value);
-    void removeUndoableProperty(std::optional<std::string_view> key);
+    void setUndoableProperty(std::string_view key, Nullable<PropertyValue> value);
+    void removeUndoableProperty(Nullable<std::string_view> key);
     /// Called by the dictionary before a change; null stands for absent. Registers the inverse of changes to the keys
     /// of `undoProperties`.
     virtual void propertyWillChange(std::string_view key, const PropertyValue* current, const PropertyValue* next);

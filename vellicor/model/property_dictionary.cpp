@@ -123,14 +123,14 @@ void QVMutableNotifyingPropertyDictionary::change(std::string_view key, std::opt
 void QVMutableNotifyingPropertyDictionary::change(PropertyMap& map, std::string_view key,
                                                   std::optional<PropertyValue> value) {
     const bool isUid = key == keys::uid;
+    if (isUid) fulfilUid(map);  // the hook hears what the object was called
     _observers.willChange(this, key);
     if (_owner) {
         _owner->willChangeValueForKey("properties");
         std::optional<PropertyValue> current;  // a copy, since the hook may change other entries
-        if (const PropertyValue* stored = isUid && _uidPromised ? nullptr : map.find(key)) current = *stored;
+        if (const PropertyValue* stored = map.find(key)) current = *stored;
         _owner->propertyWillChange(key, current ? &*current : nullptr, value ? &*value : nullptr);
     }
-    if (isUid) _uidPromised = false;
     if (value)
         map.set(key, std::move(*value));
     else

@@ -72,8 +72,7 @@ public:
         return _observers.observe(observer, key);
     }
 
-    /// Stores a fresh uid, made when somebody first looks: most objects get theirs from a document right away. To a
-    /// change of "uid" one that nobody has looked at counts as absent.
+    /// Stores a fresh uid, made when somebody first looks or it changes.
     void promiseUid();
 
 private:

@@ -95,6 +95,7 @@ public:
         for (const auto& component : *components)
             if (T* ofKind = as<T>(component.get())) visit(*ofKind);
     }
+    /// Replaces the whole list in one step, without any check; observers hear of it once.
     void setFields(Components components);
     [[nodiscard]] std::size_t fieldCount() const;
     [[nodiscard]] bool contains(const SQLTableComponent& component) const;
@@ -274,12 +275,10 @@ public:
 protected:
     /// Appends without any check: list, parent, uid map.
     void appendComponent(const std::shared_ptr<SQLTableComponent>& component);
-    void removeAllComponents();
 
 private:
     [[nodiscard]] const ComponentNames* names(const Components& components) const;
     [[nodiscard]] ComponentUids& uids() const;
-    void setComponents(Components components);
     void takeBaseName(const std::string& base);
     void takeSchemaName(const OptionalText& name);
     /// The first component whose name matches, as `getFieldByTypeAndName` compares them, and that `accepts` takes.

@@ -136,20 +136,19 @@ void SQLTable::remove(SQLTableComponent* component) {
     notifyFieldObservers();
 }
 
-void SQLTable::setFields(Components components) { setComponents(std::move(components)); }
-
-void SQLTable::removeAllComponents() { setComponents({}); }
-
-void SQLTable::setComponents(Components next) {
+void SQLTable::setFields(Components next) {
     std::erase(next, nullptr);
-    auto components = _fields.lock();
-    for (const auto& component : *components)
-        if (component->container() == this) component->setParent(nullptr);
-    components->swap(next);
-    for (const auto& component : *components) component->setParent(this);
-    _names.reset();
-    _numberHints.clear();
-    _uids.reset();
+    {
+        auto components = _fields.lock();
+        for (const auto& component : *components)
+            if (component->container() == this) component->setParent(nullptr);
+        components->swap(next);
+        for (const auto& component : *components) component->setParent(this);
+        _names.reset();
+        _numberHints.clear();
+        _uids.reset();
+    }
+    notifyFieldObservers();
 }
 
 // --- reordering

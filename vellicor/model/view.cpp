@@ -75,23 +75,27 @@ void SQLView::addViewEntry(const std::shared_ptr<SQLTableComponent>& entry) {
     }
     SQLContainer* document = topLevelContainer();
     if (document && document->uidInContainer(entry->uid())) entry->createNewUid();
-    std::scoped_lock lock(_viewMutex);
-    appendComponent(entry);
-    if (document) document->addUidForObject(*entry);
+    {
+        std::scoped_lock lock(_viewMutex);
+        appendComponent(entry);
+        if (document) document->addUidForObject(*entry);
+    }
+    notifyFieldObservers();
 }
 
 void SQLView::updateFieldList() {
     std::scoped_lock lock(_viewMutex);
-    removeAllComponents();
-    appendRow("columns", "label");
-    for (const std::string& column : _selectColumns) appendRow(replacingAll(column, " . ", "."), "column");
-    appendRow("tables", "label");
-    for (const std::string& table : _tableList) appendRow(replacingAll(table, " . ", "."), "table");
-}
-
-/// Kept: the document does not hear of the row's uid.
-void SQLView::appendRow(std::string_view name, std::string_view type) {
-    appendComponent(SQLViewEntry::viewEntryWithName(std::string(name), type));
+    Components rows;
+    rows.reserve(_selectColumns.size() + _tableList.size() + 2);
+    // Kept: the document does not hear of the rows' uids.
+    const auto addRow = [&](const std::string& name, std::string_view type) {
+        rows.push_back(SQLViewEntry::viewEntryWithName(name, type));
+    };
+    addRow("columns", "label");
+    for (const std::string& column : _selectColumns) addRow(replacingAll(column, " . ", "."), "column");
+    addRow("tables", "label");
+    for (const std::string& table : _tableList) addRow(replacingAll(table, " . ", "."), "table");
+    setFields(std::move(rows));
 }
 
 // --- documents
@@ -112,6 +116,7 @@ XMLElement SQLView::exportToXMLNode(const XMLElement* parent) const {
 }
 
 Value::Map SQLView::jsonDictionary() const {
+    std::scoped_lock lock(_viewMutex);
     Value::Map json = SQLTable::jsonDictionary();
     for (const std::string_view key : {"fields", "foreignKeys", "indexes", "constraints"})
         if (const auto list = json.find(key); list != json.end()) json.erase(list);

@@ -83,10 +83,11 @@ public:
     [[nodiscard]] Texts selectColumns() const;
     [[nodiscard]] Texts tableList() const;
 
-    /// Logs and refuses what is no view entry. An entry whose uid is in use gets a fresh one.
+    /// Logs and refuses what is no view entry. An entry whose uid is in use gets a fresh one. Observers of the field
+    /// list hear of it once, as of the next.
     void addViewEntry(const std::shared_ptr<SQLTableComponent>& entry);
     void add(const std::shared_ptr<SQLTableComponent>& component) override { addViewEntry(component); }
-    /// Makes the rows anew: "columns", the selected columns, "tables", the source tables.
+    /// Makes the rows anew, in one step: "columns", the selected columns, "tables", the source tables.
     void updateFieldList();
 
     [[nodiscard]] std::vector<std::shared_ptr<SQLObject>> flatObjectList() override;
@@ -99,7 +100,6 @@ public:
 
 private:
     void appendText(Texts& texts, std::string text);
-    void appendRow(std::string_view name, std::string_view type);
 
     mutable std::recursive_mutex _viewMutex;  // guards the three lists and the component list while rows change
     Texts _columns;

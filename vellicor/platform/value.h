@@ -1,6 +1,7 @@
 // vellicor/platform/value.h — one tree of plain values for JSON, property lists and archives; and the property value.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <map>
 #include <string>
@@ -17,6 +18,7 @@ public:
     PropertyValue(std::string text) : _value(std::move(text)) {}
     PropertyValue(std::string_view text) : _value(std::string(text)) {}
     PropertyValue(const char* text) : _value(std::string(text)) {}
+    PropertyValue(std::nullptr_t) = delete;
     static PropertyValue integer(std::int64_t number) { return {std::in_place, number}; }
     static PropertyValue real(double number) { return {std::in_place, number}; }
     static PropertyValue boolean(bool flag) { return {std::in_place, flag}; }
