@@ -50,16 +50,50 @@ TEST(Registry, RecordsMadeByHand) {
     EXPECT_FALSE(record->exporterSupportsDriver("Some.Driver")) << "given ones are kept as written, asked ones lowered";
     record->addDriverClassPath("Some.Driver");
     EXPECT_TRUE(record->exporterSupportsDriver("SOME.driver"));
-    EXPECT_EQ(ExportDialect::dialectWithName("empty")->driver(), std::nullopt);
+    const auto empty = ExportDialect::dialectWithName("empty");
+    EXPECT_EQ(empty->driver(), std::nullopt);
+    EXPECT_EQ(empty->getExporter()->getName(), "Generic SQL");
+    EXPECT_EQ(log.lines().size(), 2u) << "as it was logged above";
+}
+
+/// Says nothing of how another one is made.
+struct PlainExporter : GenericSQLExporter {
+    std::string getName() const override { return "Plain"; }
+};
+
+TEST(Registry, ClassesAreKeptAndThoseThatMakeNothingAreSkipped) {
+    const std::size_t before = manager().exporterList().size();
+    const LogCapture log;
+    for (DialectManager::ExporterClass none : {DialectManager::ExporterClass(nullptr),
+                                               DialectManager::ExporterClass(+[] {
+                                                   return std::shared_ptr<SQLExportDialect>();
+                                               })})
+        DialectManager::registerDialectExporterWithName("none", "", none);
+    const char* skipped = "dialect none is not registered, its class makes no exporter";
+    EXPECT_THAT(log.lines(), ElementsAre(skipped, skipped));
+    manager().addDialect(nullptr);
+    EXPECT_EQ(manager().exporterList().size(), before);
+
+    DialectManager own;
+    auto record = ExportDialect::dialectWithName("plain");
+    EXPECT_TRUE(record->setExporterClass([]() -> std::shared_ptr<SQLExportDialect> { return create<PlainExporter>(); }));
+    own.addDialect(record);
+    EXPECT_EQ(own.getExporterWithName("PLAIN")->getName(), "Plain");
+    EXPECT_NE(own.getExporterWithName("plain"), own.getExporterWithName("plain"));
 }
 
 TEST(Registry, APluginThatFailsLeavesTheRegistrysOwnAnswers) {
     struct Failing : SQLPlugin {
         bool initPlugin(QVVersionedPluginLoader&) override { return true; }
-        std::optional<bool> canExportType(std::string_view type) override { return type == "failing"; }
+        std::optional<bool> canExportType(std::string_view type) override {
+            asked = type;
+            return type == "failing" || type == "void";
+        }
         std::optional<std::variant<std::shared_ptr<SQLExportDialect>, Exporters>> exporter() override {
+            if (asked == "void") return Exporters{nullptr};
             throw std::runtime_error("no licence");
         }
+        std::string asked;
     };
     SQLPluginManager::sharedPluginManager().registerPluginFromInstance(std::make_shared<Failing>(), {});
     auto& front = SQLDialectManager::sharedDialectManager();
@@ -67,7 +101,9 @@ TEST(Registry, APluginThatFailsLeavesTheRegistrysOwnAnswers) {
     EXPECT_EQ(exporterNamedWithPlugins("failing")->getName(), "Generic SQL");
     EXPECT_EQ(front.exportFileTypeForDialect("failing"), "sql");
     EXPECT_EQ(front.validFileNameForDialect("failing", "shop", false, nullptr), "shop");
-    EXPECT_THAT(log.lines(), ElementsAre("plugin failed: no licence", "export plugin ignores validFileNameFromName:"));
+    EXPECT_EQ(exporterNamedWithPlugins("void")->getName(), "Generic SQL");
+    EXPECT_THAT(log.lines(), ElementsAre("plugin failed: no licence", "export plugin ignores validFileNameFromName:",
+                                         "export plugin for void answers no exporter"));
 }
 
 TEST(Registry, FileNamesAndMenus) {

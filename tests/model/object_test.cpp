@@ -85,7 +85,8 @@ TEST(ObjectProperties, NullsAreLoggedAndChangeNothingAndMissingPartsAreAssertion
     object->setComment(std::nullopt);
     object->setLabel(create<SQLObjectLabel>());
     const char* nilKey = "attempted to set nil key for property";
-    EXPECT_THAT(Events(logged.lines().begin() + 6, logged.lines().end()),
+    const Events lines = logged.lines();
+    EXPECT_THAT(Events(lines.begin() + 6, lines.end()),
                 ElementsAre(nilKey, nilKey, nilKey, nilValue + "objectComment", nilValue + "labelName"));
     EXPECT_FALSE(object->hasProperty("labelName"));
     EXPECT_TRUE(object->hasProperty("labelColor"));

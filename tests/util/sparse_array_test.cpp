@@ -48,9 +48,43 @@ TEST(SparseArray, HugeIndexesCostNothing) {
     array.insertAt(UINT64_MAX, &b);
     array.append(&c);
     EXPECT_EQ(array.indexOf(&a), 4'000'000'000);
-    EXPECT_EQ(array.indexOf(&b), INT64_MAX);
-    EXPECT_EQ(array.indexOf(&c), std::uint64_t{INT64_MAX} + 1);
     EXPECT_EQ(array.objects(), (std::vector<Item*>{&a, &b, &c}));
+    EXPECT_EQ(array.indexOf(&b), std::uint64_t{INT64_MAX} - 1) << "nothing stands behind the greatest index";
+    EXPECT_EQ(array.indexOf(&c), INT64_MAX);
+}
+
+TEST(SparseArray, TheGreatestIndexIsSharedByMakingRoomBelow) {
+    constexpr std::uint64_t last = INT64_MAX;
+    Item a{'a'}, b{'b'}, c{'c'}, d{'d'};
+    const struct {
+        std::vector<std::pair<std::uint64_t, Item*>> inserted;
+        std::vector<std::pair<Item*, std::uint64_t>> places;  // in order
+    } cases[] = {
+        {{{last, &a}, {last, &b}, {last, &c}}, {{&b, last - 2}, {&c, last - 1}, {&a, last}}},
+        {{{last - 1, &a}, {last - 1, &b}, {last - 1, &c}}, {{&c, last - 2}, {&b, last - 1}, {&a, last}}},
+        {{{last, &a}, {last - 1, &b}, {last - 3, &c}, {last - 1, &d}},
+         {{&c, last - 3}, {&d, last - 2}, {&b, last - 1}, {&a, last}}},
+        {{{last, &a}, {0, &b}, {last, &c}}, {{&b, 0}, {&c, last - 1}, {&a, last}}},
+    };
+    for (const auto& [inserted, places] : cases) {
+        QVSparseMutableArray<Item> array;
+        for (const auto& [index, item] : inserted) array.insertAt(index, item);
+        std::vector<Item*> order;
+        for (const auto& [item, index] : places) {
+            order.push_back(item);
+            EXPECT_EQ(array.indexOf(item), index) << item->name << " of " << places.size();
+        }
+        EXPECT_EQ(array.objects(), order);
+    }
+    std::vector<Item> many(1000);
+    QVSparseMutableArray<Item> array;
+    for (std::size_t i = 0; i < many.size(); ++i) array.insertAt(i % 7 ? last : last - i / 2, &many[i]);
+    std::uint64_t before = 0;
+    for (const Item* item : array.objects()) {
+        EXPECT_GT(*array.indexOf(item), before);
+        before = *array.indexOf(item);
+    }
+    EXPECT_EQ(before, last);
 }
 
 TEST(SparseArray, AgreesWithAPlainListUnderRandomChanges) {

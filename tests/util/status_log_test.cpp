@@ -28,9 +28,10 @@ struct Listener : QVStatusLogObserver {
 TEST(StatusLog, ObserversHearOfEveryChangeOnce) {
     const auto log = std::make_shared<QVStatusLog>();
     const auto first = std::make_shared<Listener>(), second = std::make_shared<Listener>();
-    auto gone = std::make_shared<Listener>();
-    for (const auto& listener : {first, gone, second}) log->addObserver(listener);
-    gone.reset();
+    auto onlyHere = std::make_shared<Listener>();
+    const std::weak_ptr<Listener> held = onlyHere;
+    for (const auto& listener : {first, onlyHere, second}) log->addObserver(listener);
+    onlyHere.reset();
     const auto a = QVStatusEvent::initWithSummary("a", "1");
     for (const auto& event : {a, QVStatusEvent::initWithSummary("b", std::nullopt), a}) log->addEvent(event);
     EXPECT_EQ(log->allEventsAsString(), "a 1\nb (null)\na 1\n");
@@ -39,6 +40,10 @@ TEST(StatusLog, ObserversHearOfEveryChangeOnce) {
     log->removeAllEvents();
     EXPECT_THAT(log->events(), IsEmpty());
     EXPECT_EQ(first->count, 5);
+    ASSERT_FALSE(held.expired()) << "the log owns its observers";
+    EXPECT_EQ(held.lock()->count, 5);
+    log->removeObserver(held.lock());
+    EXPECT_TRUE(held.expired());
     first->leaving = first;
     log->notifyObservers();
     log->notifyObservers();
@@ -145,8 +150,28 @@ TEST(StatusEvent, ShowsItsLogAndItsFileWhileSomebodyCan) {
     event->setLogViewController(window);
     event->copyWithZone()->performInfoButtonAction();
     EXPECT_EQ(window->shown, event.get()) << "a copy shows the log of the event it was made of";
+    const std::weak_ptr<QVStatusEvent> shownByCopy = [&] {
+        const auto original = QVStatusEvent::statusEvent(0);
+        original->setLogViewController(window);
+        event->setInfoButtonTarget(nullptr);
+        event->setInfoButtonObject(original->copyWithZone()->infoButtonObject());
+        return original;
+    }();
+    EXPECT_FALSE(shownByCopy.expired()) << "another event is owned";
+    event->performInfoButtonAction();
+    event->setLogViewController(window);
+    EXPECT_TRUE(shownByCopy.expired());
+    window->shown = nullptr;
+    auto& kept = *window;
     window.reset();
     event->performInfoButtonAction();
+    EXPECT_EQ(kept.shown, event.get()) << "the window is owned, the event itself is not: it goes with its last holder";
+    const std::weak_ptr<QVStatusEvent> itself = [&] {
+        const auto alone = QVStatusEvent::statusEvent(0);
+        alone->setLogViewController(std::make_shared<Window>());
+        return alone;
+    }();
+    EXPECT_TRUE(itself.expired());
     EXPECT_THAT(event->description(), StartsWith("<QVStatusEvent: 0x"));
     EXPECT_THAT(event->description(), EndsWith("> - summary:'s' detail:'(null)'"));
 }

@@ -8,7 +8,9 @@
 #include "vellicor/export/generic_exporter.h"
 #include "vellicor/model/exporter_source.h"
 #include "vellicor/platform/files.h"
+#include "vellicor/platform/log.h"
 #include "vellicor/platform/property_list.h"
+#include "vellicor/platform/text_format.h"
 #include "vellicor/plugins/plugin_call.h"
 #include "vellicor/plugins/plugin_manager.h"
 
@@ -16,12 +18,14 @@ namespace vellicor {
 
 namespace {
 
+/// Null, and logged, when the class makes no exporter.
 std::shared_ptr<ExportDialect> record(std::string_view name, std::span<const std::string_view> drivers,
-                                      std::shared_ptr<SQLExportDialect> exporter) {
+                                      ExportDialect::ExporterClass exporterClass) {
     auto dialect = ExportDialect::initWithName(name);
     for (std::string_view driver : drivers) dialect->addDriverClassPath(driver);
-    dialect->setExporter(std::move(exporter));
-    return dialect;
+    if (dialect->setExporterClass(exporterClass)) return dialect;
+    log(text("dialect %@ is not registered, its class makes no exporter", name));
+    return nullptr;
 }
 
 /// What an export plug-in offers for a type: its exporter, or the first of a list; null when it has none.
@@ -30,23 +34,30 @@ std::shared_ptr<SQLExportDialect> exporterFromPlugin(std::string_view type) {
     if (!plugin) return nullptr;
     auto answer = callPlugin([&] { return plugin->exporter(); });
     if (!answer) return nullptr;
-    if (auto* one = std::get_if<std::shared_ptr<SQLExportDialect>>(&*answer)) return *one;
+    if (auto* one = std::get_if<std::shared_ptr<SQLExportDialect>>(&*answer)) answer = SQLPlugin::Exporters{*one};
     const auto& list = std::get<SQLPlugin::Exporters>(*answer);
-    return list.empty() ? nullptr : list.front();
+    const auto first = std::ranges::find_if(list, [](const auto& exporter) { return exporter != nullptr; });
+    if (first != list.end()) return *first;
+    log(text("export plugin for %@ answers no exporter", type));
+    return nullptr;
 }
 
 }  // namespace
 
 DialectManager::DialectManager() {
     const BuiltInDialect& generic = builtInDialects().front();
-    addDialect(record(generic.name, generic.drivers, generic.exporter()));
+    addDialect(record(generic.name, generic.drivers, generic.exporter));
+}
+
+void DialectManager::addDialect(std::shared_ptr<ExportDialect> dialect) {
+    if (dialect) _exporterList.push_back(std::move(dialect));
 }
 
 DialectManager& DialectManager::getDialectManager() {
     static DialectManager& manager = *[] {
         auto* made = new DialectManager;  // lives as long as the process
         for (const BuiltInDialect& dialect : builtInDialects().subspan(1))
-            made->addDialect(record(dialect.name, dialect.drivers, dialect.exporter()));
+            made->addDialect(record(dialect.name, dialect.drivers, dialect.exporter));
         return made;
     }();
     return manager;
@@ -54,7 +65,7 @@ DialectManager& DialectManager::getDialectManager() {
 
 void DialectManager::registerDialectExporterWithName(std::string_view name, std::string_view driver,
                                                      ExporterClass exporterClass) {
-    getDialectManager().addDialect(record(name, {&driver, 1}, exporterClass()));
+    getDialectManager().addDialect(record(name, {&driver, 1}, exporterClass));
 }
 
 void DialectManager::addDriver(std::string_view driver, std::string_view forExporterName) {

@@ -16,11 +16,12 @@ namespace vellicor {
 class DialectManager {
 public:
     using Records = std::vector<std::shared_ptr<ExportDialect>>;
-    using ExporterClass = std::shared_ptr<SQLExportDialect> (*)();
+    using ExporterClass = ExportDialect::ExporterClass;
 
     /// The shared registry; its creation is synchronised.
     static DialectManager& getDialectManager();
-    /// Appends a dialect to the shared registry, whether or not the name is taken.
+    /// Appends a dialect to the shared registry, whether or not the name is taken. Logs and skips a class that makes no
+    /// exporter.
     static void registerDialectExporterWithName(std::string_view name, std::string_view driver,
                                                 ExporterClass exporterClass);
     /// Adds a driver to the first dialect of exactly that name; nothing when there is none.
@@ -28,12 +29,13 @@ public:
 
     /// A registry with the generic dialect only.
     DialectManager();
-    void addDialect(std::shared_ptr<ExportDialect> dialect) { _exporterList.push_back(std::move(dialect)); }
+    /// Null is ignored.
+    void addDialect(std::shared_ptr<ExportDialect> dialect);
     [[nodiscard]] const Records& exporterList() const { return _exporterList; }
 
     /// A fresh exporter; names compare without regard to case, and an unknown one gets the generic exporter.
     [[nodiscard]] std::shared_ptr<SQLExportDialect> getExporterWithName(std::string_view name) const;
-    /// With the flag, export plug-ins are asked for a name that no dialect has.
+    /// With the flag, export plug-ins are asked for a name that no dialect has; one that answers no exporter is logged.
     [[nodiscard]] std::shared_ptr<SQLExportDialect> getExporterWithName(std::string_view name,
                                                                         bool includePlugins) const;
     [[nodiscard]] std::shared_ptr<SQLExportDialect> getExporter() const { return getExporterWithName("generic"); }

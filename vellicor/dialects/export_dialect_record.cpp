@@ -10,6 +10,15 @@
 
 namespace vellicor {
 
+namespace {
+
+std::shared_ptr<SQLExportDialect> exporterInPlaceOfNone() {
+    log(text("SQLExporter requested (%@) not available", OptionalText()));  // Kept: never names the dialect
+    return GenericSQLExporter::exporter();
+}
+
+}  // namespace
+
 std::shared_ptr<ExportDialect> ExportDialect::initWithName(std::string_view name) {
     auto dialect = std::make_shared<ExportDialect>();
     dialect->_name = name;
@@ -20,11 +29,7 @@ std::shared_ptr<ExportDialect> ExportDialect::initWithName(std::string_view name
                                                            std::shared_ptr<SQLExportDialect> exporter) {
     auto dialect = initWithName(name);
     dialect->_driverClassPathList.emplace_back(driver);
-    if (!exporter) {
-        log(text("SQLExporter requested (%@) not available", OptionalText()));  // Kept: never names the dialect
-        exporter = GenericSQLExporter::exporter();
-    }
-    dialect->_exporter = std::move(exporter);
+    dialect->setExporter(exporter ? std::move(exporter) : exporterInPlaceOfNone());
     return dialect;
 }
 
@@ -38,8 +43,26 @@ bool ExportDialect::exporterSupportsDriver(std::string_view driver) const {
     return std::ranges::find(_driverClassPathList, lowercased(driver)) != _driverClassPathList.end();
 }
 
+void ExportDialect::setExporter(std::shared_ptr<SQLExportDialect> exporter) {
+    _exporter = std::move(exporter);
+    _exporterClass = nullptr;
+}
+
+bool ExportDialect::setExporterClass(ExporterClass exporterClass) {
+    auto prototype = exporterClass ? exporterClass() : nullptr;
+    if (!prototype) return false;
+    _exporter = std::move(prototype);
+    _exporterClass = exporterClass;
+    return true;
+}
+
 std::shared_ptr<SQLExportDialect> ExportDialect::getExporter() const {
-    return _exporter ? _exporter->newInstance() : nullptr;
+    std::shared_ptr<SQLExportDialect> fresh;
+    if (_exporterClass)
+        fresh = _exporterClass();
+    else if (_exporter)
+        fresh = _exporter->newInstance();
+    return fresh ? fresh : exporterInPlaceOfNone();
 }
 
 std::string ExportDialect::description() const {

@@ -13,6 +13,9 @@ namespace vellicor {
 /// A dialect's name, its exporter's prototype and the database drivers that belong to it.
 class ExportDialect {
 public:
+    /// Makes one exporter of a class.
+    using ExporterClass = std::shared_ptr<SQLExportDialect> (*)();
+
     static std::shared_ptr<ExportDialect> dialectWithName(std::string_view name) { return initWithName(name); }
     static std::shared_ptr<ExportDialect> initWithName(std::string_view name);
     /// The driver is kept as it is written. Without an exporter it logs, and a generic one stands in.
@@ -32,16 +35,20 @@ public:
     [[nodiscard]] OptionalText driver() const;
     [[nodiscard]] OptionalText getUrl() const { return driver(); }
     [[nodiscard]] bool exporterSupportsDriver(std::string_view driver) const;
-    /// The prototype.
+    /// The prototype; null until set.
     [[nodiscard]] const std::shared_ptr<SQLExportDialect>& exporter() const { return _exporter; }
-    void setExporter(std::shared_ptr<SQLExportDialect> exporter) { _exporter = std::move(exporter); }
-    /// A fresh exporter of the prototype's class at every call.
+    /// A prototype whose class is known by its `newInstance` only.
+    void setExporter(std::shared_ptr<SQLExportDialect> exporter);
+    /// Makes the prototype. False, and nothing changes, when the class makes none.
+    bool setExporterClass(ExporterClass exporterClass);
+    /// A fresh exporter of the prototype's class at every call. Where there is none it logs, and answers a generic one.
     [[nodiscard]] std::shared_ptr<SQLExportDialect> getExporter() const;
     [[nodiscard]] std::string description() const;
 
 private:
     std::string _name;
     std::shared_ptr<SQLExportDialect> _exporter;  // null until set
+    ExporterClass _exporterClass = nullptr;       // null: the prototype makes its like
     std::vector<std::string> _driverClassPathList;
 };
 

@@ -49,6 +49,8 @@ std::string GenericSQLExporter::exportSQLContainer(SQLContainer& container) {
     return script;
 }
 
+/// The user's SQL, before and behind, is the container's; whether tables are dropped is the given document info's
+/// choice.
 std::string GenericSQLExporter::prologueSQLContainer(SQLContainer& container) {
     container.reorderByForeignKeys();
     container.updateTargetTableLists();

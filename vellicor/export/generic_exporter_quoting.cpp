@@ -31,7 +31,7 @@ std::string& GenericSQLExporter::quoteIdentifierAsMutableString(std::string& nam
     if (useQuotedIdentifier() || objectNameRequiresQuoting(name) || (writesRunnableScripts() && runsOnlyQuoted(name)))
         quoteString(name);
     else if (_autoQuoteIdentifiersWithWhitespace) {
-        if (containsWhitespace(name)) quoteString(name);
+        if (containsWhitespace(name)) quoteString(name);  // a line break is white space too
     } else if (replaceSpacesInIdentifier())
         std::erase(name, ' ');
     return name;

@@ -22,12 +22,6 @@ void SQLConstraint::init() {
     setIndexType("UNIQUE");
 }
 
-std::shared_ptr<SQLConstraint> SQLConstraint::initWithName(const OptionalText& name) {
-    auto constraint = create<SQLConstraint>();
-    constraint->setName(name);
-    return constraint;
-}
-
 void SQLConstraint::setCheckConstraintExpression(const OptionalText& expression) {
     setIndexType("CHECK");
     setProperty(keys::checkConstraint, expression);

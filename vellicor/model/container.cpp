@@ -104,7 +104,7 @@ void SQLContainer::add(const std::shared_ptr<SQLObject>& object) {
     if (auto peer = as<SQLObjectPeer>(object))
         addWithRenaming(peer);
     else if (auto label = as<SQLObjectLabel>(object))
-        _objectLabelManager->addLabel(label, false);
+        _objectLabelManager->addLabel(label, false);  // under its own uid, also when a document brought it
     else
         refuse(object.get());
 }

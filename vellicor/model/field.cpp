@@ -5,8 +5,6 @@
 #include "vellicor/model/foreign_key.h"
 #include "vellicor/model/foreign_key_graph.h"
 #include "vellicor/model/table.h"
-#include "vellicor/platform/preference_keys.h"
-#include "vellicor/platform/preferences.h"
 
 namespace vellicor {
 
@@ -21,16 +19,11 @@ void SQLField::init() {
     setProperty(keys::referenceLinkName, "");
     setProperty(keys::defaultValue, "");
     setHasCocoa(true);
-    auto cardinality = [](const char* key) {
-        return static_cast<std::uint64_t>(Preferences::shared().integerForKey(key));
-    };
-    _sourceCardinality = cardinality(prefs::defaultSourceCardinality);
-    _destinationCardinality = cardinality(prefs::defaultDestinationCardinality);
+    setDefaultCardinalityForCreatedKey();
 }
 
 std::shared_ptr<SQLField> SQLField::initWithName(const OptionalText& name, const OptionalText& type) {
-    auto field = create<SQLField>();
-    field->setName(name);
+    auto field = createNamed<SQLField>(name);
     field->setType(type);
     return field;
 }
@@ -138,40 +131,12 @@ void SQLField::setReferenceId(const OptionalText& name) {
 
 // --- actions and cardinalities
 
-void SQLField::setDeleteAction(std::uint64_t action) {
-    registerUndo(this, [old = _deleteAction](SQLField& field) { field.setDeleteAction(old); });
-    _deleteAction = action;
-}
-
-void SQLField::setUpdateAction(std::uint64_t action) {
-    registerUndo(this, [old = _updateAction](SQLField& field) { field.setUpdateAction(old); });
-    _updateAction = action;
-}
-
-void SQLField::setSourceCardinality(std::uint64_t cardinality) {
-    registerUndo(this, [old = _sourceCardinality](SQLField& field) { field.setSourceCardinality(old); });
-    setUndoActionName("set Source cardinality");
-    _sourceCardinality = cardinality;
-}
-
-void SQLField::setDestinationCardinality(std::uint64_t cardinality) {
-    registerUndo(this, [old = _destinationCardinality](SQLField& field) { field.setDestinationCardinality(old); });
-    setUndoActionName("set Destination cardinality");
-    _destinationCardinality = cardinality;
-}
-
 void SQLField::setSourceCardinalityAsString(const OptionalText& text) {
     setSourceCardinality(static_cast<std::uint64_t>(integerValue(text.value_or(std::string()))));
 }
 
 void SQLField::setDestinationCardinalityAsString(const OptionalText& text) {
     setDestinationCardinality(static_cast<std::uint64_t>(integerValue(text.value_or(std::string()))));
-}
-
-void SQLField::setDefaultCardinalityForImport() { SQLConnectableCardinality::setDefaultCardinalityForImport(*this); }
-
-void SQLField::setDefaultCardinalityForCreatedKey() {
-    SQLConnectableCardinality::setDefaultCardinalityForCreatedKey(*this);
 }
 
 // --- other

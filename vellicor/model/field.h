@@ -3,7 +3,7 @@
 
 #include <mutex>
 
-#include "vellicor/model/connectable.h"
+#include "vellicor/model/link.h"
 #include "vellicor/model/table_component.h"
 #include "vellicor/platform/weak_ref.h"
 
@@ -13,7 +13,7 @@ namespace vellicor {
 enum class ForeignKeyMode { None = 0, Single = 1, Compound = 2, CompoundMember = 3 };
 
 /// A column: type, flags, default, and in the older style a reference of its own to a column of another table.
-class SQLField : public SQLTableComponent, public SQLConnectable {
+class SQLField : public SQLTableComponent, public SQLLink {
 public:
     SQLField() = default;
     ~SQLField() override;
@@ -165,22 +165,11 @@ public:
     [[nodiscard]] std::vector<std::string> getCompoundKeyVector() const;
     [[nodiscard]] std::vector<std::string> sourceFieldNameList() const override;
     [[nodiscard]] std::vector<std::string> targetFieldNameList() const override;
-    bool isFKFieldValid(unsigned& errorBits) const override;
     void convertInlineCheckConstraint();
 
     // --- actions and cardinalities
-    [[nodiscard]] std::uint64_t deleteAction() const override { return _deleteAction; }
-    void setDeleteAction(std::uint64_t action) override;
-    [[nodiscard]] std::uint64_t updateAction() const override { return _updateAction; }
-    void setUpdateAction(std::uint64_t action) override;
-    [[nodiscard]] std::uint64_t sourceCardinality() const override { return _sourceCardinality; }
-    void setSourceCardinality(std::uint64_t cardinality) override;  ///< "set Source cardinality"
-    [[nodiscard]] std::uint64_t destinationCardinality() const override { return _destinationCardinality; }
-    void setDestinationCardinality(std::uint64_t cardinality) override;  ///< "set Destination cardinality"
     void setSourceCardinalityAsString(const OptionalText& text);
     void setDestinationCardinalityAsString(const OptionalText& text);
-    void setDefaultCardinalityForImport() override;
-    void setDefaultCardinalityForCreatedKey() override;
     [[nodiscard]] bool linkIsDeferrable() const override { return isDeferrable(); }
     [[nodiscard]] bool linkIsInitiallyDeferred() const override { return isInitiallyDeferred(); }
     [[nodiscard]] SQLTableComponent& connectableComponent() override { return *this; }
@@ -258,12 +247,8 @@ private:
     std::unique_ptr<const std::string> _typeRest;  // null when there is none, as nearly always
     bool _primaryKey = false;
     bool _compoundForeignKey = false;
-    bool _settingFkField = false;  // stops cycles of source keys
-    bool _hadDependents = false;   // some column was made a member of this one's old compound key
-    std::uint64_t _deleteAction = 0;
-    std::uint64_t _updateAction = 0;
-    std::uint64_t _sourceCardinality = 0;
-    std::uint64_t _destinationCardinality = 0;
+    bool _settingFkField = false;           // stops cycles of source keys
+    bool _hadDependents = false;            // some column was made a member of this one's old compound key
     std::unique_ptr<Reference> _reference;  // null until needed
     std::vector<std::string> _indexList;    // guarded by `sharedLock(this)`
     std::vector<WeakRef<SQLField>> _connectedObjects;

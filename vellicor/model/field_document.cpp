@@ -33,7 +33,7 @@ std::string SQLField::exportSQLForeignKey(std::string_view tableName) {
     const OptionalText targetName = target ? OptionalText(trimmed(*target)) : std::nullopt;
     std::string sql = text("Alter table %@ ADD CONSTRAINT %@ FOREIGN KEY (%@)", tableName, getReferenceId(), getName());
     sql += text(" REFERENCES %@ (%@)", targetName, targetName);  // Kept: the table's name in both places
-    if (_deleteAction == action::cascade) sql += " ON DELETE CASCADE";
+    if (deleteAction() == action::cascade) sql += " ON DELETE CASCADE";
     return sql + "\n";
 }
 
@@ -58,10 +58,10 @@ void SQLField::writeUnresolvedReference(const XMLElement& node) const {
     };
     write("referencesField", referencesField());
     write("referencesTable", referencesTable());
-    writeNumber("deleteAction", _deleteAction);
-    writeNumber("updateAction", _updateAction);
-    node.addTextElement("sourceCardinality", text("%lu", _sourceCardinality));
-    node.addTextElement("destinationCardinality", text("%lu", _destinationCardinality));
+    writeNumber("deleteAction", deleteAction());
+    writeNumber("updateAction", updateAction());
+    node.addTextElement("sourceCardinality", text("%lu", sourceCardinality()));
+    node.addTextElement("destinationCardinality", text("%lu", destinationCardinality()));
     write("referencesFieldUID", referencesFieldUID());
     write("referencesTableUID", referencesTableUID());
     for (const std::string& member : reference().dependents) node.addCDataElement("referenceDependentField", member);
@@ -81,8 +81,8 @@ XMLElement SQLField::exportToXMLNode(const XMLElement* parent) const {
     } else if (isSet(referencesField())) {
         node.addTextElement("referencesField", targetField);
         node.addTextElement("referencesTable", targetTable);
-        if (_deleteAction) node.addTextElement("deleteAction", text("%lu", _deleteAction));
-        if (_updateAction) node.addTextElement("updateAction", text("%lu", _updateAction));
+        if (deleteAction()) node.addTextElement("deleteAction", text("%lu", deleteAction()));
+        if (updateAction()) node.addTextElement("updateAction", text("%lu", updateAction()));
         if (!target)
             log(text("the %@ refers to %@, which is not there: that reference is not kept whole in the document",
                      whereabouts(*this), getReferencesString()));
@@ -92,8 +92,8 @@ XMLElement SQLField::exportToXMLNode(const XMLElement* parent) const {
         const SQLTable* table = target->parentTable();
         node.addCDataElement("referencesField", targetField);
         node.addCDataElement("referencesTable", targetTable);
-        node.addTextElement("sourceCardinality", text("%lu", _sourceCardinality));
-        node.addTextElement("destinationCardinality", text("%lu", _destinationCardinality));
+        node.addTextElement("sourceCardinality", text("%lu", sourceCardinality()));
+        node.addTextElement("destinationCardinality", text("%lu", destinationCardinality()));
         node.addCDataElement("referencesFieldUID", target->uid());
         node.addCDataElement("referencesTableUID", table ? table->uid() : std::string());
         for (const SQLField* member : getDependentCompoundKeyFields())
@@ -110,15 +110,15 @@ Value::Map SQLField::jsonDictionary() const {
     if (isSet(referencesField())) {
         json.insert_or_assign("referencesField", getReferencesField().value_or(std::string()));
         json.insert_or_assign("referencesTable", getReferencesTable().value_or(std::string()));
-        if (_deleteAction) json.insert_or_assign("deleteAction", text("%lu", _deleteAction));
-        if (_updateAction) json.insert_or_assign("updateAction", text("%lu", _updateAction));
+        if (deleteAction()) json.insert_or_assign("deleteAction", text("%lu", deleteAction()));
+        if (updateAction()) json.insert_or_assign("updateAction", text("%lu", updateAction()));
     }
     if (const SQLField* target = getFkField()) {
         const SQLTable* table = target->parentTable();
         json.insert_or_assign("referencesField", target->getName());
         json.insert_or_assign("referencesTable", table ? table->getName() : std::string());
-        json.insert_or_assign("sourceCardinality", text("%lu", _sourceCardinality));
-        json.insert_or_assign("destinationCardinality", text("%lu", _destinationCardinality));
+        json.insert_or_assign("sourceCardinality", text("%lu", sourceCardinality()));
+        json.insert_or_assign("destinationCardinality", text("%lu", destinationCardinality()));
         json.insert_or_assign("referencesFieldUID", target->uid());
         json.insert_or_assign("referencesTableUID", table ? table->uid() : std::string());
     }
@@ -134,10 +134,10 @@ std::shared_ptr<SQLObject> SQLField::copyWithZone(void* zone) const {
     copy->setAutoIncrement(getAutoIncrement());
     copy->setPrimaryKey(_primaryKey);
     copy->setFkField(getFkField());
-    copy->setDeleteAction(_deleteAction);
-    copy->setUpdateAction(_updateAction);
-    copy->setSourceCardinality(_sourceCardinality);
-    copy->setDestinationCardinality(_destinationCardinality);
+    copy->setDeleteAction(deleteAction());
+    copy->setUpdateAction(updateAction());
+    copy->setSourceCardinality(sourceCardinality());
+    copy->setDestinationCardinality(destinationCardinality());
     copy->setReferencesField(referencesField());
     copy->setReferencesTable(referencesTable());
     copy->setReferencesTableUID(referencesTableUID());

@@ -5,7 +5,6 @@
 #include "vellicor/model/field.h"
 #include "vellicor/model/foreign_key_graph.h"
 #include "vellicor/model/table.h"
-#include "vellicor/platform/exception.h"
 #include "vellicor/platform/log.h"
 #include "vellicor/platform/text_format.h"
 
@@ -101,15 +100,6 @@ std::vector<std::string> SQLField::targetFieldNameList() const {
     return target ? std::vector<std::string>{target->getName()} : std::vector<std::string>{};
 }
 
-bool SQLField::isFKFieldValid(unsigned& errorBits) const {
-    const std::size_t sources = sourceFieldNameList().size(), targets = targetFieldNameList().size();
-    errorBits = 0;
-    if (!targetTable()) errorBits |= foreignKeyError::noTargetTable;
-    if (sources != targets) errorBits |= foreignKeyError::mismatchedColumns;
-    if (sources == 0 && targets == 0) errorBits |= foreignKeyError::noColumns;
-    return errorBits == 0;
-}
-
 // --- finding the target
 
 SQLTable* SQLField::getTableForReferences() const {
@@ -119,14 +109,7 @@ SQLTable* SQLField::getTableForReferences() const {
         if (auto* table = as<SQLTable>(document->getObjectWithUID(*referencesTableUID()))) return table;
     if (!isSet(referencesTable())) return nullptr;
     const NameParts parts = splitNameBySchema(*referencesTable());
-    SQLObjectPeer* found = nullptr;
-    try {
-        found = document->getObjectWithSchema(parts.baseName, parts.schemaPart);
-    } catch (const SQLException&) {
-        const NameOptions byBaseName{.ofClass = isKindOf<SQLTable>, .baseNamesForTables = true};
-        found = document->getObjectByName(referencesTable(), byBaseName);
-    }
-    return as<SQLTable>(found);
+    return as<SQLTable>(document->getObjectWithSchema(parts.baseName, parts.schemaPart));
 }
 
 SQLField* SQLField::getFieldForReferences(const SQLTable& table) const {

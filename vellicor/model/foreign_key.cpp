@@ -31,12 +31,6 @@ void SQLForeignKey::init() {
     setDefaultCardinalityForCreatedKey();
 }
 
-std::shared_ptr<SQLForeignKey> SQLForeignKey::initWithName(const OptionalText& name) {
-    auto key = create<SQLForeignKey>();
-    key->setName(name);
-    return key;
-}
-
 const SQLForeignKey::UndoProperties& SQLForeignKey::undoProperties() {
     static const UndoProperties keys{keys::hidden, keys::connectorHidden};
     return keys;
@@ -153,38 +147,6 @@ void SQLForeignKey::setFkField(SQLField* column) {
     setTargetTable(column ? column->parentTable() : nullptr);
 }
 
-// --- actions and cardinalities
-
-void SQLForeignKey::setDeleteAction(std::uint64_t action) {
-    registerUndo(this, [old = _deleteAction](SQLForeignKey& key) { key.setDeleteAction(old); });
-    _deleteAction = action;
-}
-
-void SQLForeignKey::setUpdateAction(std::uint64_t action) {
-    registerUndo(this, [old = _updateAction](SQLForeignKey& key) { key.setUpdateAction(old); });
-    _updateAction = action;
-}
-
-void SQLForeignKey::setSourceCardinality(std::uint64_t cardinality) {
-    registerUndo(this, [old = _sourceCardinality](SQLForeignKey& key) { key.setSourceCardinality(old); });
-    setUndoActionName("set Source cardinality");
-    _sourceCardinality = cardinality;
-}
-
-void SQLForeignKey::setDestinationCardinality(std::uint64_t cardinality) {
-    registerUndo(this, [old = _destinationCardinality](SQLForeignKey& key) { key.setDestinationCardinality(old); });
-    setUndoActionName("set Destination cardinality");
-    _destinationCardinality = cardinality;
-}
-
-void SQLForeignKey::setDefaultCardinalityForImport() {
-    SQLConnectableCardinality::setDefaultCardinalityForImport(*this);
-}
-
-void SQLForeignKey::setDefaultCardinalityForCreatedKey() {
-    SQLConnectableCardinality::setDefaultCardinalityForCreatedKey(*this);
-}
-
 void SQLForeignKey::setReferenceLinkName(const OptionalText& name) {
     if (name)
         setUndoableProperty(keys::referenceLinkName, *name);
@@ -204,16 +166,6 @@ bool SQLForeignKey::validateName(OptionalText& name, ValidationError*) {
     }
     setDidChangeNameDuringValidation(didChange);
     return true;
-}
-
-bool SQLForeignKey::isFKFieldValid(unsigned& errorBits) const {
-    const std::size_t sources = getSourceList().size();
-    const std::size_t targets = getTargetList().size();
-    errorBits = 0;
-    if (!targetTable()) errorBits |= foreignKeyError::noTargetTable;
-    if (sources != targets) errorBits |= foreignKeyError::mismatchedColumns;
-    if (sources == 0 && targets == 0) errorBits |= foreignKeyError::noColumns;
-    return errorBits == 0;
 }
 
 bool SQLForeignKey::getFkTypeMismatch() const {

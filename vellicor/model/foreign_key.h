@@ -1,7 +1,7 @@
 // vellicor/model/foreign_key.h — a table-level foreign key and its column pairs.
 #pragma once
 
-#include "vellicor/model/connectable.h"
+#include "vellicor/model/link.h"
 #include "vellicor/model/table_component.h"
 #include "vellicor/platform/guarded.h"
 #include "vellicor/platform/weak_ref.h"
@@ -44,14 +44,16 @@ private:
 
 /// An ordered list of column pairs with actions, deferral and cardinalities. The pair list has its own re-entrant lock;
 /// observers of "fieldPairList" hear of its changes.
-class SQLForeignKey : public SQLTableComponent, public SQLConnectable {
+class SQLForeignKey : public SQLTableComponent, public SQLLink {
 public:
     using Entries = std::vector<std::shared_ptr<SQLForeignKeyEntry>>;
 
     SQLForeignKey() = default;
     ~SQLForeignKey() override;
     void init() override;
-    static std::shared_ptr<SQLForeignKey> initWithName(const OptionalText& name);
+    static std::shared_ptr<SQLForeignKey> initWithName(const OptionalText& name) {
+        return createNamed<SQLForeignKey>(name);
+    }
 
     static const UndoProperties& undoProperties();
     [[nodiscard]] const UndoProperties& classUndoProperties() const override { return undoProperties(); }
@@ -95,17 +97,7 @@ public:
     /// Sets the target and answers it; remembers a table that is not there as missing. Null for a null or empty name.
     SQLTable* findTargetTableByName(const OptionalText& name);
 
-    // --- actions and cardinalities; undoable
-    [[nodiscard]] std::uint64_t deleteAction() const override { return _deleteAction; }
-    void setDeleteAction(std::uint64_t action) override;
-    [[nodiscard]] std::uint64_t updateAction() const override { return _updateAction; }
-    void setUpdateAction(std::uint64_t action) override;
-    [[nodiscard]] std::uint64_t sourceCardinality() const override { return _sourceCardinality; }
-    void setSourceCardinality(std::uint64_t cardinality) override;  ///< "set Source cardinality"
-    [[nodiscard]] std::uint64_t destinationCardinality() const override { return _destinationCardinality; }
-    void setDestinationCardinality(std::uint64_t cardinality) override;  ///< "set Destination cardinality"
-    void setDefaultCardinalityForImport() override;
-    void setDefaultCardinalityForCreatedKey() override;
+    // --- the link
     [[nodiscard]] std::string getReferenceLinkName() const override { return getProperty(keys::referenceLinkName); }
     void setReferenceLinkName(const OptionalText& name) override;
     [[nodiscard]] bool linkIsDeferrable() const override { return isDeferrable(); }
@@ -116,7 +108,6 @@ public:
     bool validateName(OptionalText& name, ValidationError* error) override;
     [[nodiscard]] std::string foreignKeyName() const override { return getName(); }
     [[nodiscard]] std::string getReferenceId() const override { return getName(); }
-    bool isFKFieldValid(unsigned& errorBits) const override;
     [[nodiscard]] bool getFkTypeMismatch() const;
     [[nodiscard]] static bool isCircularFK() { return false; }
     [[nodiscard]] std::string getLabel() override;
@@ -154,10 +145,6 @@ private:
 
     WeakRef<SQLTable> _targetTable;
     std::string _missingTableUid;  // as it was read, while that table is not there
-    std::uint64_t _deleteAction = 0;
-    std::uint64_t _updateAction = 0;
-    std::uint64_t _sourceCardinality = 0;
-    std::uint64_t _destinationCardinality = 0;
     WeakRef<SQLField> _fkField;
     Guarded<Entries> _fieldPairList;
 };
@@ -167,13 +154,6 @@ class SQLForeignKeyConverter {
 public:
     /// Kept: acts on columns in compound mode only, which none ever is; `SQLField` converts its own while loading.
     static void convertCompoundForeignKeyToTableLevel(SQLTable& table);
-};
-
-/// The cardinalities that new links start with.
-class SQLConnectableCardinality {
-public:
-    static void setDefaultCardinalityForImport(SQLConnectable& object);
-    static void setDefaultCardinalityForCreatedKey(SQLConnectable& object);
 };
 
 }  // namespace vellicor

@@ -108,17 +108,11 @@ void SQLForeignKey::resolveTargetTable() {
 
 SQLTable* SQLForeignKey::findTargetTableByName(const OptionalText& name) {
     if (!name || name->empty()) return nullptr;
-    SQLObjectPeer* found = nullptr;
+    SQLTable* table = nullptr;
     if (const SQLContainer* document = topLevelContainer()) {
-        try {
-            const NameParts parts = splitNameBySchema(*name);
-            found = document->getObjectWithSchema(parts.baseName, parts.schemaPart);
-        } catch (const SQLException&) {
-            const NameOptions byBaseName{.ofClass = isKindOf<SQLTable>, .baseNamesForTables = true};
-            found = document->getObjectByName(name, byBaseName);
-        }
+        const NameParts parts = splitNameBySchema(*name);
+        table = as<SQLTable>(document->getObjectWithSchema(parts.baseName, parts.schemaPart));
     }
-    SQLTable* table = as<SQLTable>(found);
     setTargetTable(table);
     if (!table) setIncompleteReferenceTargetTable(*name, "");
     return table;
@@ -153,16 +147,10 @@ void SQLForeignKey::connectTarget(SQLForeignKeyEntry& entry) {
         entry.setTarget(columnWithUid(table, entry.getProperty(keys::targetFieldUid)));
         if (entry.target()) return;
     }
-    if (entry.hasProperty(keys::targetFieldName)) {
-        const std::string name = entry.getProperty(keys::targetFieldName);
-        try {
-            entry.setTarget(columnWithName(table, name));
-        } catch (const SQLException&) {
-            log(text("could not field with name %@ in table %@", name, table->getName()));
-        }
-    } else if (!hasUid) {
+    if (entry.hasProperty(keys::targetFieldName))
+        entry.setTarget(columnWithName(table, entry.getProperty(keys::targetFieldName)));
+    else if (!hasUid)
         log("no targetFieldName property");
-    }
 }
 
 void SQLForeignKey::connectSource(SQLForeignKeyEntry& entry) {
@@ -170,17 +158,10 @@ void SQLForeignKey::connectSource(SQLForeignKeyEntry& entry) {
     if (entry.hasProperty(keys::sourceFieldUid))
         entry.setSource(columnWithUid(table, entry.getProperty(keys::sourceFieldUid)));
     if (entry.source()) return;
-    if (!entry.hasProperty(keys::sourceFieldName)) {
+    if (entry.hasProperty(keys::sourceFieldName))
+        entry.setSource(columnWithName(table, entry.getProperty(keys::sourceFieldName)));
+    else
         log("no sourceFieldName property");
-        return;
-    }
-    const std::string name = entry.getProperty(keys::sourceFieldName);
-    try {
-        entry.setSource(columnWithName(table, name));
-    } catch (const SQLException&) {
-        log(text("could not field field with name %@ in table %@", name,
-                 table ? OptionalText(table->getName()) : std::nullopt));
-    }
 }
 
 void SQLForeignKey::reconnectIncompleteReference() {
@@ -269,8 +250,8 @@ std::shared_ptr<SQLObject> SQLForeignKey::copyWithZone(void* zone) const {
         copy->setProperty(keys::targetTableUid, table->uid());
         copy->setProperty(keys::targetTableName, table->getName());
     }
-    copy->setSourceCardinality(_sourceCardinality);
-    copy->setDestinationCardinality(_destinationCardinality);
+    copy->setSourceCardinality(sourceCardinality());
+    copy->setDestinationCardinality(destinationCardinality());
     return copy;  // Kept: without the actions
 }
 

@@ -83,7 +83,8 @@ FKGraphNode::Ptr FKGraphNode::addChildForField(SQLField* field) {
 
 void FKGraphNode::addChild(const Ptr& node) {
     if (!node || node.get() == this || _children.contains(*node)) return;
-    if (FKGraphNode* former = node->parent()) former->removeChild(*node);
+    if (FKGraphNode* former = node->parent())
+        former->removeChild(*node);  // a node moves: it is listed in one tree only
     node->_parent = this;
     node->_root = rootNode();
     _children.append(node);

@@ -47,6 +47,14 @@ template <class T, class... Arguments>
     return object;
 }
 
+/// The same for an object that takes a name.
+template <class T, class Name>
+[[nodiscard]] std::shared_ptr<T> createNamed(const Name& name) {
+    auto object = create<T>();
+    object->setName(name);
+    return object;
+}
+
 /// `object` as a T when it is one, otherwise null. Null stays null.
 template <class T, class From>
 [[nodiscard]] T* as(From* object) {

@@ -35,12 +35,6 @@ void SQLIndex::init() {
     setName("idx");
 }
 
-std::shared_ptr<SQLIndex> SQLIndex::initWithName(const OptionalText& name) {
-    auto index = create<SQLIndex>();
-    index->setName(name);
-    return index;
-}
-
 // --- columns
 
 void SQLIndex::addIndexField(SQLField& column) { insertIndexFieldAtPosition(column, indexListCount()); }
@@ -171,11 +165,5 @@ std::string SQLIndex::fieldListForDisplay() const {
 }
 
 // --- an index that is only compared
-
-std::shared_ptr<SQLComparisonIndex> SQLComparisonIndex::initWithName(const OptionalText& name) {
-    auto index = create<SQLComparisonIndex>();
-    index->setName(name);
-    return index;
-}
 
 }  // namespace vellicor

@@ -41,7 +41,7 @@ public:
     void init() override;
     static std::shared_ptr<SQLIndex> index() { return create<SQLIndex>(); }
     static std::shared_ptr<SQLIndex> indexWithName(const OptionalText& name) { return initWithName(name); }
-    static std::shared_ptr<SQLIndex> initWithName(const OptionalText& name);
+    static std::shared_ptr<SQLIndex> initWithName(const OptionalText& name) { return createNamed<SQLIndex>(name); }
 
     [[nodiscard]] std::string_view getClassType() const override { return "SQLIndex"; }
     [[nodiscard]] virtual std::string_view nodeName() const { return "SQLIndex"; }
@@ -133,7 +133,9 @@ public:
     void init() override;
     static std::shared_ptr<SQLConstraint> constraint() { return create<SQLConstraint>(); }
     static std::shared_ptr<SQLConstraint> indexWithName(const OptionalText& name) { return initWithName(name); }
-    static std::shared_ptr<SQLConstraint> initWithName(const OptionalText& name);
+    static std::shared_ptr<SQLConstraint> initWithName(const OptionalText& name) {
+        return createNamed<SQLConstraint>(name);
+    }
 
     [[nodiscard]] std::string_view getClassType() const override { return "SQLConstraint"; }
     [[nodiscard]] std::string_view nodeName() const override { return "SQLConstraint"; }
@@ -162,7 +164,9 @@ class SQLComparisonIndex : public SQLIndex {
 public:
     [[nodiscard]] bool supportsUndo() const override { return false; }
     static std::shared_ptr<SQLComparisonIndex> indexWithName(const OptionalText& name) { return initWithName(name); }
-    static std::shared_ptr<SQLComparisonIndex> initWithName(const OptionalText& name);
+    static std::shared_ptr<SQLComparisonIndex> initWithName(const OptionalText& name) {
+        return createNamed<SQLComparisonIndex>(name);
+    }
     [[nodiscard]] std::shared_ptr<SQLObject> newInstance() const override { return create<SQLComparisonIndex>(); }
     const ClassInfo& classInfo() const override { return kClassInfo; }
     static const ClassInfo kClassInfo;

@@ -54,16 +54,12 @@ void SQLIndex::addIndexEntry(const std::shared_ptr<SQLIndexEntry>& entry) {
 }
 
 void SQLIndex::addFieldFromName(std::string_view name) {
-    try {
-        const SQLTable* table = parentTable();
-        if (SQLField* column = table ? table->getFieldByName(name) : nullptr) {
-            addIndexField(*column);
-            return;
-        }
-        log(text("exception (index field '%@' not found)\n", name));
-    } catch (const SQLException& error) {
-        log(text("exception (index field '%@' not found)\n %@", name, error.reason()));
+    const SQLTable* table = parentTable();
+    if (SQLField* column = table ? table->getFieldByName(name) : nullptr) {
+        addIndexField(*column);
+        return;
     }
+    log(text("exception (index field '%@' not found)\n", name));
     log("probable file corrupt error");
 }
 
@@ -120,12 +116,8 @@ void SQLIndex::takeColumnSizes() {
             continue;
         }
         SQLField* column = table ? as<SQLField>(table->getFieldByUID(entry->fieldUid())) : nullptr;
-        try {
-            if (!column && table)
-                column = as<SQLField>(table->getFieldByTypeAndName(isKindOf<SQLField>, entry->getName(), true));
-        } catch (const SQLException&) {
-            log("field not found");
-        }
+        if (!column && table)
+            column = as<SQLField>(table->getFieldByTypeAndName(isKindOf<SQLField>, entry->getName(), true));
         if (column)
             setSizeForIndexEntry(*column, entry->prefixSize());
         else

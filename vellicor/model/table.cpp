@@ -62,8 +62,7 @@ std::shared_ptr<SQLTable> SQLTable::tableForImportWithName(const OptionalText& n
 
 std::shared_ptr<SQLTable> SQLTable::initWithName(const OptionalText& name, std::string_view,
                                                  const OptionalText& schemaName) {
-    auto table = create<SQLTable>();
-    table->setName(name);
+    auto table = createNamed<SQLTable>(name);
     table->setTableType(table->tableType());  // Kept: the type given is not used
     if (schemaName && !schemaName->empty()) table->setSchemaName(schemaName);
     return table;

@@ -11,8 +11,7 @@ namespace vellicor {
 // --- one row
 
 std::shared_ptr<SQLViewEntry> SQLViewEntry::initWithName(const OptionalText& name, std::string_view type) {
-    auto entry = create<SQLViewEntry>();
-    entry->setName(name);
+    auto entry = createNamed<SQLViewEntry>(name);
     entry->setType(std::string(type));
     return entry;
 }
@@ -27,12 +26,6 @@ XMLElement SQLViewEntry::exportToXMLNode(const XMLElement* parent) const {
 }
 
 // --- the view
-
-std::shared_ptr<SQLView> SQLView::initWithName(const OptionalText& name) {
-    auto view = create<SQLView>();
-    view->setName(name);
-    return view;
-}
 
 void SQLView::setQueryString(const OptionalText& query) { setProperty(keys::queryString, query); }
 

@@ -63,7 +63,7 @@ public:
     using Texts = std::vector<std::string>;
 
     static std::shared_ptr<SQLView> viewWithName(const OptionalText& name) { return initWithName(name); }
-    static std::shared_ptr<SQLView> initWithName(const OptionalText& name);
+    static std::shared_ptr<SQLView> initWithName(const OptionalText& name) { return createNamed<SQLView>(name); }
     [[nodiscard]] std::string_view getClassType() const override { return "SQLView"; }
 
     [[nodiscard]] std::string queryString() const { return getProperty(keys::queryString); }

@@ -8,6 +8,10 @@
 
 namespace vellicor {
 
+/// What an optional T is made of, null pointers apart.
+template <class From, class T>
+concept MakesOptional = std::convertible_to<From, std::optional<T>> && !std::convertible_to<From, const char*>;
+
 /// An optional T, made of texts, that also takes null pointers: `nullptr` and a null `const char*` are null, as
 /// `std::nullopt` is, and never reach T.
 template <class T>
@@ -15,8 +19,7 @@ class Nullable : public std::optional<T> {
 public:
     Nullable(std::nullptr_t) {}
     Nullable(const char* text) : std::optional<T>(text ? std::optional<T>(text) : std::nullopt) {}
-    template <class From>
-    requires(std::convertible_to<From, std::optional<T>> && !std::convertible_to<From, const char*>)
+    template <MakesOptional<T> From>
     Nullable(From&& from) : std::optional<T>(std::forward<From>(from)) {}
 };
 

@@ -24,7 +24,7 @@ public:
     /// Number of objects, gaps not counted.
     [[nodiscard]] std::size_t count() const { return _places.size(); }
     [[nodiscard]] bool isEmpty() const { return _places.empty(); }
-    /// Number of places up to the last object, gaps counted: the index that `append` gives.
+    /// Number of places up to the last object, gaps counted.
     [[nodiscard]] Index length() const { return span(_root); }
     [[nodiscard]] bool contains(const T* object) const { return _places.contains(object); }
     /// The object at that index; null for a gap and beyond the end.
@@ -43,10 +43,13 @@ public:
 
     void append(T* object) {
         remove(object);
+        if (isFull()) shrink(lastGapUpTo(rightmost(_root)));
         insertBefore(kNone, 0, object);
     }
     /// A gap at `index` is filled; past the end a gap is left before the object. A used place is taken over: the object
-    /// there and those that follow it without a gap move up by one, and the gap after them shrinks by one.
+    /// there and those that follow it without a gap move up by one, and the gap after them shrinks by one. Where they
+    /// cannot move, since the last one has the greatest index, those before them move down instead, so that the order
+    /// is the same.
     void insertAt(Index index, T* object) {
         remove(object);
         index = std::min(index, kMaximumIndex);
@@ -58,10 +61,13 @@ public:
             setGap(next.link, remaining);
             return insertBefore(next.link, gap - remaining - 1, object);
         }
-        const Link shrinking = firstGapAfter(next.link);
-        if (shrinking != kNone) setGap(shrinking, _nodes[shrinking].gap - 1);
+        if (const Link shrinking = firstGapAfter(next.link); shrinking != kNone)
+            shrink(shrinking);
+        else if (isFull())
+            shrink(lastGapUpTo(next.link));
+        const Index left = _nodes[next.link].gap;
         setGap(next.link, 0);
-        insertBefore(next.link, gap, object);
+        insertBefore(next.link, left, object);
     }
     /// Closes the object's place, so that everything behind it moves down by one. False when it is not in the array.
     bool remove(const T* object) {
@@ -184,7 +190,27 @@ private:
         }
         return kNone;
     }
-    /// The subtree must hold a gap.
+    /// `link`, or the last node before it, with a gap before it; there must be one.
+    Link lastGapUpTo(Link link) const {
+        if (_nodes[link].gap) return link;
+        if (gapSum(_nodes[link].left)) return lastGapWithin(_nodes[link].left);
+        for (Link parent = _nodes[link].parent;; link = parent, parent = _nodes[link].parent) {
+            if (_nodes[parent].right != link) continue;
+            if (_nodes[parent].gap) return parent;
+            if (gapSum(_nodes[parent].left)) return lastGapWithin(_nodes[parent].left);
+        }
+    }
+    /// The subtree must hold a gap, as in the next.
+    Link lastGapWithin(Link link) const {
+        for (;;) {
+            if (gapSum(_nodes[link].right))
+                link = _nodes[link].right;
+            else if (_nodes[link].gap)
+                return link;
+            else
+                link = _nodes[link].left;
+        }
+    }
     Link firstGapWithin(Link link) const {
         for (;;) {
             if (gapSum(_nodes[link].left))
@@ -217,6 +243,9 @@ private:
             (_nodes[parent].left == link ? _nodes[parent].left : _nodes[parent].right) = child;
         if (child != kNone) _nodes[child].parent = parent;
     }
+    void shrink(Link link) { setGap(link, _nodes[link].gap - 1); }
+    /// Whether the last object has the greatest index. There are gaps then, since no memory holds so many objects.
+    bool isFull() const { return length() > kMaximumIndex; }
     /// Turns a node and its parent around, keeping the order.
     void rotateUp(Link link) {
         const Link parent = _nodes[link].parent;

@@ -60,8 +60,8 @@ std::shared_ptr<QVStatusEvent> QVStatusEvent::copyWithZone(void*) const {
     copy->_outputFileURL = _outputFileURL;
     copy->_isWarning = _isWarning;
     copy->_infoButtonAction = _infoButtonAction;
-    copy->_infoButtonTarget = _infoButtonTarget;
-    copy->_infoButtonObject = _infoButtonObject;
+    copy->setInfoButtonTarget(infoButtonTarget());
+    copy->setInfoButtonObject(infoButtonObject());
     copy->_logFileText = _logFileText;
     copy->_warningList = _warningList;
     return copy;
@@ -96,6 +96,13 @@ void QVStatusEvent::setParentLog(const std::shared_ptr<QVStatusLog>& log) {
     }
 }
 
+void QVStatusEvent::Held::set(const std::shared_ptr<void>& object, const QVStatusEvent& holder) {
+    const auto self = holder.weak_from_this();
+    const bool isHolder = object && !object.owner_before(self) && !self.owner_before(object);
+    _other = isHolder ? nullptr : object;
+    _holder = isHolder ? object : nullptr;
+}
+
 void QVStatusEvent::performInfoButtonAction() const {
     const auto target = infoButtonTarget();
     const auto object = infoButtonObject();
@@ -103,8 +110,8 @@ void QVStatusEvent::performInfoButtonAction() const {
 }
 
 void QVStatusEvent::setLogViewController(const std::shared_ptr<QVLogViewController>& controller) {
-    _infoButtonTarget = controller;
-    _infoButtonObject = std::static_pointer_cast<void>(weak_from_this().lock());
+    setInfoButtonTarget(controller);
+    setInfoButtonObject(weak_from_this().lock());
     _infoButtonAction = [](void* target, void* object) {
         if (object) static_cast<QVLogViewController*>(target)->showLogWindow(*static_cast<QVStatusEvent*>(object));
     };

@@ -53,8 +53,8 @@ public:
     virtual void showLogWindow(QVStatusEvent& event) = 0;
 };
 
-/// Held by a shared_ptr. Its log, its parent and what its information button refers to are not owned and read as null
-/// once they are gone.
+/// Held by a shared_ptr. Its log and its parent are not owned and read as null once they are gone. What its information
+/// button refers to is owned, except the event itself.
 class QVStatusEvent : public std::enable_shared_from_this<QVStatusEvent> {
 public:
     using Date = std::chrono::system_clock::time_point;
@@ -117,11 +117,11 @@ public:
     // --- information button
     [[nodiscard]] const InfoButtonAction& infoButtonAction() const { return _infoButtonAction; }
     void setInfoButtonAction(InfoButtonAction action) { _infoButtonAction = std::move(action); }
-    [[nodiscard]] std::shared_ptr<void> infoButtonTarget() const { return _infoButtonTarget.lock(); }
-    void setInfoButtonTarget(const std::shared_ptr<void>& target) { _infoButtonTarget = target; }
-    [[nodiscard]] std::shared_ptr<void> infoButtonObject() const { return _infoButtonObject.lock(); }
-    void setInfoButtonObject(const std::shared_ptr<void>& object) { _infoButtonObject = object; }
-    /// What pressing the button does; nothing without an action or once its target is gone.
+    [[nodiscard]] std::shared_ptr<void> infoButtonTarget() const { return _infoButtonTarget.get(); }
+    void setInfoButtonTarget(const std::shared_ptr<void>& target) { _infoButtonTarget.set(target, *this); }
+    [[nodiscard]] std::shared_ptr<void> infoButtonObject() const { return _infoButtonObject.get(); }
+    void setInfoButtonObject(const std::shared_ptr<void>& object) { _infoButtonObject.set(object, *this); }
+    /// What pressing the button does; nothing without an action or a target.
     void performInfoButtonAction() const;
     /// The button shows the controller's log window with this event.
     void setLogViewController(const std::shared_ptr<QVLogViewController>& controller);
@@ -138,6 +138,17 @@ public:
     [[nodiscard]] std::string description() const;
 
 private:
+    /// Owns an object, unless it is the event that holds it: that one would never go.
+    class Held {
+    public:
+        [[nodiscard]] std::shared_ptr<void> get() const { return _other ? _other : _holder.lock(); }
+        void set(const std::shared_ptr<void>& object, const QVStatusEvent& holder);
+
+    private:
+        std::shared_ptr<void> _other;
+        std::weak_ptr<void> _holder;
+    };
+
     bool _isWarning = false;
     Date _date = std::chrono::system_clock::now();
     Warnings _warningList;
@@ -149,8 +160,8 @@ private:
     std::optional<std::filesystem::path> _outputFileURL;
     std::int64_t _status = 0;
     InfoButtonAction _infoButtonAction;  // empty: none
-    std::weak_ptr<void> _infoButtonTarget;
-    std::weak_ptr<void> _infoButtonObject;
+    Held _infoButtonTarget;
+    Held _infoButtonObject;
     OptionalText _targetObjectUid;
 };
 

@@ -12,15 +12,12 @@ void QVStatusLog::addObserver(const std::shared_ptr<QVStatusLogObserver>& observ
 }
 
 void QVStatusLog::removeObserver(const std::shared_ptr<QVStatusLogObserver>& observer) {
-    _observers.removeAll([&](const auto& entry) {
-        const auto present = entry.lock();
-        return !present || present == observer;
-    });
+    _observers.removeAll([&](const auto& present) { return present == observer; });
 }
 
 void QVStatusLog::setObservers(const Observers& observers) {
     _observers.removeAll([](const auto&) { return true; });
-    for (const auto& observer : observers) _observers.add(observer);
+    for (const auto& observer : observers) addObserver(observer);
 }
 
 void QVStatusLog::addEvent(std::shared_ptr<QVStatusEvent> event) {
@@ -41,9 +38,7 @@ void QVStatusLog::removeAllEvents() {
 }
 
 void QVStatusLog::notifyObservers() {
-    _observers.tell([this](const auto& entry) {
-        if (const auto observer = entry.lock()) observer->eventListChanged(*this);
-    });
+    _observers.tell([this](const auto& observer) { observer->eventListChanged(*this); });
 }
 
 std::string QVStatusLog::allEventsAsString() const {

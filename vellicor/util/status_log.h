@@ -21,13 +21,13 @@ public:
 class QVStatusLog : public std::enable_shared_from_this<QVStatusLog> {
 public:
     using Events = std::vector<std::shared_ptr<QVStatusEvent>>;
-    using Observers = std::vector<std::weak_ptr<QVStatusLogObserver>>;
+    using Observers = std::vector<std::shared_ptr<QVStatusLogObserver>>;
 
     /// A copy.
     [[nodiscard]] Events events() const { return _events; }
     /// Replaces the list as it is: nobody is told, and the events' logs stay.
     void setEvents(Events events) { _events = std::move(events); }
-    /// Not owned; one that is gone is passed over.
+    /// Owned until they are removed.
     [[nodiscard]] Observers observers() const { return _observers.observers(); }
     void setObservers(const Observers& observers);
     /// One that is added twice is told twice.
@@ -49,7 +49,7 @@ public:
 
 private:
     Events _events;
-    ObserverList<std::weak_ptr<QVStatusLogObserver>> _observers;
+    ObserverList<std::shared_ptr<QVStatusLogObserver>> _observers;
 };
 
 }  // namespace vellicor
