@@ -10,7 +10,7 @@
 namespace example {
 
 /// Differs from the generic exporter in what the standard says about names, default values and numbered columns.
-class StandardSQLExporter final : public vellicor::GenericSQLExporter {
+class StandardSQLExporter : public vellicor::GenericSQLExporter {
 public:
     [[nodiscard]] std::shared_ptr<vellicor::SQLExportDialect> newInstance() const override {
         return vellicor::create<StandardSQLExporter>();

@@ -4,6 +4,7 @@
 #include <string_view>
 
 #include "standard_sql_exporter.h"
+#include "vellicor/export/runnable/runnable_exporter.h"
 #include "vellicor/platform/text.h"
 #include "vellicor/plugins/plugin_entry.h"
 
@@ -20,10 +21,11 @@ public:
     [[nodiscard]] std::optional<bool> canExportType(std::string_view type) override {
         return vellicor::equalIgnoringCase(type, kName);
     }
-    /// A fresh exporter at every call: an exporter belongs to one thread and one run.
-    [[nodiscard]] std::optional<std::variant<std::shared_ptr<vellicor::SQLExportDialect>, Exporters>>
-    exporter() override {
-        return vellicor::create<StandardSQLExporter>();
+    /// A fresh exporter at every call: an exporter belongs to one thread and one run. It writes classic text or scripts
+    /// that run, whichever the program prefers.
+    [[nodiscard]] std::optional<std::variant<std::shared_ptr<vellicor::SQLExportDialect>, Exporters>> exporter()
+        override {
+        return vellicor::exporterInWantedForm<StandardSQLExporter>();
     }
     [[nodiscard]] std::optional<std::string> exportFileExtension() override { return "sql"; }
     [[nodiscard]] std::optional<std::string> validFileNameFromName(std::string_view name, bool /*preDisplay*/,

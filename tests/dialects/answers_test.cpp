@@ -147,17 +147,20 @@ TEST(SQLite, AlteredIndexKeepsItsDoubledSeparator) {
     EXPECT_EQ(changed(), "DROP INDEX IF EXISTS t_old;\nCREATE  INDEX t_i ON t (a);\n") << "as it was made";
 }
 
-TEST(SQLite, ClassicViewsForgetTheNamesOfARunnableScript) {
+TEST(SQLite, TheFormIsChosenWhenAnExporterIsMade) {
     auto container = document("sales.t(a INT)");
     auto view = SQLView::viewWithName("v");
     view->setQueryString("SELECT a FROM sales.t");
     container->add(view);
-    auto exporter = create<SQLiteExporter>();
+    const auto classic = exporterOf("SQLite");
+    std::shared_ptr<SQLExportDialect> runnable;
     {
-        ScopedPreference runnable(prefs::runnableScripts);
-        EXPECT_THAT(exporter->export_(*container), HasSubstr("CREATE VIEW v  AS SELECT a FROM sales_t;"));
+        ScopedPreference preference(prefs::runnableScripts);
+        runnable = exporterOf("SQLite")->newInstance();
+        EXPECT_THAT(classic->export_(*container), HasSubstr("CREATE VIEW v  AS SELECT a FROM sales.t;"));
     }
-    EXPECT_EQ(exporter->export_(*view), "CREATE VIEW v  AS SELECT a FROM sales.t;");
+    EXPECT_THAT(runnable->export_(*container), HasSubstr("CREATE VIEW v  AS SELECT a FROM sales_t;"));
+    EXPECT_NE(dynamic_cast<SQLiteExporter*>(runnable.get()), nullptr) << "the dialect's class, whatever the form";
 }
 
 }  // namespace

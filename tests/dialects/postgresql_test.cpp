@@ -16,7 +16,10 @@ namespace {
 using namespace testing;
 using ::testing::ElementsAre;
 
-std::shared_ptr<PostgresqlExporter> postgres() { return create<PostgresqlExporter>(); }
+/// In the form that is set when it is made.
+std::shared_ptr<PostgresqlExporter> postgres() {
+    return std::dynamic_pointer_cast<PostgresqlExporter>(exporterOf("postgres"));
+}
 
 TEST(Postgresql, TypesWithTimeZones) {
     auto container = document("t(a timestamp(3); b date)");

@@ -7,7 +7,7 @@
 #include "tests/support/log_capture.h"
 #include "tests/support/scoped_preference.h"
 #include "vellicor/export/alter_run.h"
-#include "vellicor/export/export_dialect_common.h"
+#include "vellicor/export/sql_export_dialect_common.h"
 #include "vellicor/export/exporter_common.h"
 #include "vellicor/model/field.h"
 #include "vellicor/model/foreign_key.h"
@@ -352,7 +352,8 @@ TEST_F(Alter, IndexedFlagSwitchedOff) {
     EXPECT_THAT(indexChange(*generic), ElementsAre("ALTER TABLE s.b DROP INDEX ;\n")) << "kept: no name is a name too";
     {
         ScopedPreference runnable(prefs::runnableScripts);
-        EXPECT_THAT(indexChange(*generic), ElementsAre("ALTER TABLE s.b DROP INDEX b_note_idx;\n"));
+        EXPECT_THAT(indexChange(*testing::exporterOf("generic")),
+                    ElementsAre("ALTER TABLE s.b DROP INDEX b_note_idx;\n"));
     }
     old.note->setProperty(keys::indexedKeyName, "i");
     EXPECT_THAT(indexChange(*generic), IsEmpty()) << "the index is the table's";

@@ -2,10 +2,14 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <stdexcept>
+
+#include "tests/support/dialect_text.h"
 #include "tests/support/document_builder.h"
 #include "tests/support/log_capture.h"
 #include "tests/support/scoped_preference.h"
 #include "vellicor/export/generic_exporter.h"
+#include "vellicor/export/runnable/runnable_dialect.h"
 #include "vellicor/model/comment.h"
 #include "vellicor/model/document_info.h"
 #include "vellicor/model/foreign_key.h"
@@ -140,9 +144,38 @@ TEST(CreateScript, ALiveDatabaseIsAnnounced) {
 
 TEST(CreateScript, RunnableTextKeepsRemarksOutOfTheListAndCommentsClosed) {
     ScopedPreference runnable(prefs::runnableScripts);
-    EXPECT_EQ(script("t(a INT pk comment=end*/DROP; index i ())"),
+    EXPECT_EQ(testing::scriptOf("generic", "t(a INT pk comment=end*/DROP; index i ())"),
               "\n\nCREATE TABLE t\n(\n/* INDEX i (empty) */\n/*end* /DROP*/\na INT,\n"
               "CONSTRAINT t_pkey PRIMARY KEY (a)\n);\n\n");
+}
+
+TEST(CreateScript, RunnableScriptsSayWhatTheyDoNotCarry) {
+    ScopedPreference runnable(prefs::runnableScripts);
+    auto container = document("s.t(a INT)");
+    testing::table(*container, "s.t")->add(SQLForeignKey::initWithName("k"));
+    container->add(SQLTable::tableWithName("bare"));
+    const auto exporter = testing::exporterOf("generic");
+    const auto* form = dynamic_cast<const RunnableDialect*>(exporter.get());
+    ASSERT_NE(form, nullptr);
+    EXPECT_TRUE(form->losses().empty());
+    (void)exporter->export_(*container);
+    std::vector<std::string> lost;
+    for (const ScriptLoss& loss : form->losses().list()) lost.push_back(loss.object + ": " + loss.what);
+    EXPECT_THAT(lost, ::testing::UnorderedElementsAre("table bare: the table", "foreign key s.t.k: the foreign key"));
+    (void)exporter->export_(*document("t(a INT)"));
+    EXPECT_TRUE(form->losses().empty()) << "of the last script only";
+}
+
+TEST(CreateScript, AnExceptionLeavesNothingOfTheDocumentBehind) {
+    struct Failing : GenericSQLExporter {
+        std::string exportSQLTable(SQLTable&) override {
+            EXPECT_NE(exportContainer(), nullptr);
+            throw std::runtime_error("gone");
+        }
+    };
+    const auto exporter = create<Failing>();
+    EXPECT_THROW((void)exporter->export_(*document("t(a INT)")), std::runtime_error);
+    EXPECT_EQ(exporter->exportContainer(), nullptr);
 }
 
 // === names and values
@@ -192,6 +225,7 @@ TEST(Quoting, DefaultValuesAreQuotedAndEscaped) {
     EXPECT_EQ(exporter->quoteDefaultValue("now()", *testing::field(*container, "t", "b")), "now()");
 
     ScopedPreference runnable(prefs::runnableScripts);
+    exporter = testing::exporterOf("generic");
     const std::pair<const char*, const char*> literals[] = {
         {"it's", "'it''s'"}, {"'it''s'", "'it''s'"}, {R"('it\'s')", "'it''s'"}, {"'abc'", "'abc'"}, {"'", "''''"}};
     for (const auto& [value, expected] : literals) EXPECT_EQ(literal(value), expected) << value;

@@ -7,7 +7,7 @@
 #include <thread>
 
 #include "tests/support/log_capture.h"
-#include "vellicor/export/sql_block_splitter.h"
+#include "vellicor/export/generic_exporter_appender.h"
 #include "vellicor/platform/exception.h"
 
 namespace vellicor {

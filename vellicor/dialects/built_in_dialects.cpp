@@ -2,14 +2,14 @@
 #include "vellicor/dialects/built_in_dialects.h"
 
 #include "vellicor/dialects/filemaker_exporter.h"
-#include "vellicor/dialects/mysql_exporter.h"
 #include "vellicor/dialects/openbase_exporter.h"
 #include "vellicor/dialects/oracle_exporter.h"
-#include "vellicor/dialects/postgresql_exporter.h"
-#include "vellicor/dialects/sql_server_exporter.h"
-#include "vellicor/dialects/sqlite_exporter.h"
-#include "vellicor/dialects/sybase_exporter.h"
-#include "vellicor/export/generic_exporter.h"
+#include "vellicor/dialects/runnable/generic_runnable.h"
+#include "vellicor/dialects/runnable/mysql_runnable.h"
+#include "vellicor/dialects/runnable/postgresql_runnable.h"
+#include "vellicor/dialects/runnable/sql_server_runnable.h"
+#include "vellicor/dialects/runnable/sqlite_runnable.h"
+#include "vellicor/dialects/runnable/sybase_runnable.h"
 
 namespace vellicor {
 
@@ -32,16 +32,16 @@ constexpr std::string_view kMySql[] = {"com.mysql.jdbc.Driver", "vellicor.mysql-
 constexpr std::string_view kOracle[] = {"oracle.jdbc.OracleDriver"};
 
 constexpr BuiltInDialect kDialects[] = {
-    {"generic", make<GenericSQLExporter>, kGeneric},
-    {"OpenBase", make<OpenBaseSQLExporter>, kOpenBase},
-    {"SQLite", make<SQLiteExporter>, kSqlite},
-    {"sybase", make<SybaseSQLExporter>, kSybase},
-    {"postgres", make<PostgresqlExporter>, kPostgres},
-    {"FileMaker", make<FilemakerExporter>, kFileMaker},
-    {"SQLServer", make<SQLServerExporter>, kSqlServer},
-    {"Redshift", make<RedshiftExporter>, kRedshift},
-    {"mysql", make<MySQLExporter>, kMySql},
-    {"Oracle", make<OracleSQLExporter>, kOracle},
+    {"generic", make<GenericSQLExporter>, make<RunnableGenericExporter>, kGeneric},
+    {"OpenBase", make<OpenBaseSQLExporter>, make<RunnableExporter<OpenBaseSQLExporter>>, kOpenBase},
+    {"SQLite", make<SQLiteExporter>, make<RunnableSQLiteExporter>, kSqlite},
+    {"sybase", make<SybaseSQLExporter>, make<RunnableSybaseExporter>, kSybase},
+    {"postgres", make<PostgresqlExporter>, make<RunnablePostgresql<PostgresqlExporter>>, kPostgres},
+    {"FileMaker", make<FilemakerExporter>, make<RunnableExporter<FilemakerExporter>>, kFileMaker},
+    {"SQLServer", make<SQLServerExporter>, make<RunnableSQLServerExporter>, kSqlServer},
+    {"Redshift", make<RedshiftExporter>, make<RunnablePostgresql<RedshiftExporter>>, kRedshift},
+    {"mysql", make<MySQLExporter>, make<RunnableMySQLExporter>, kMySql},
+    {"Oracle", make<OracleSQLExporter>, make<RunnableExporter<OracleSQLExporter>>, kOracle},
 };
 
 }  // namespace

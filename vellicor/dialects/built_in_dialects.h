@@ -12,7 +12,8 @@ namespace vellicor {
 /// What the registry needs to know of one dialect.
 struct BuiltInDialect {
     std::string_view name;  ///< what documents store and look-ups compare; differs from the exporter's own name
-    std::shared_ptr<SQLExportDialect> (*exporter)();
+    std::shared_ptr<SQLExportDialect> (*exporter)();          ///< of classic text
+    std::shared_ptr<SQLExportDialect> (*runnableExporter)();  ///< of scripts that the dialect's own server accepts
     std::span<const std::string_view> drivers;
 };
 

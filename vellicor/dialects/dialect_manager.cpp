@@ -28,6 +28,12 @@ std::shared_ptr<ExportDialect> record(std::string_view name, std::span<const std
     return nullptr;
 }
 
+std::shared_ptr<ExportDialect> record(const BuiltInDialect& builtIn) {
+    auto dialect = record(builtIn.name, builtIn.drivers, builtIn.exporter);
+    if (dialect) dialect->setRunnableExporterClass(builtIn.runnableExporter);
+    return dialect;
+}
+
 /// What an export plug-in offers for a type: its exporter, or the first of a list; null when it has none.
 std::shared_ptr<SQLExportDialect> exporterFromPlugin(std::string_view type) {
     SQLPlugin* plugin = SQLPluginManager::sharedPluginManager().exportPluginForType(type);
@@ -44,10 +50,7 @@ std::shared_ptr<SQLExportDialect> exporterFromPlugin(std::string_view type) {
 
 }  // namespace
 
-DialectManager::DialectManager() {
-    const BuiltInDialect& generic = builtInDialects().front();
-    addDialect(record(generic.name, generic.drivers, generic.exporter));
-}
+DialectManager::DialectManager() { addDialect(record(builtInDialects().front())); }
 
 void DialectManager::addDialect(std::shared_ptr<ExportDialect> dialect) {
     if (dialect) _exporterList.push_back(std::move(dialect));
@@ -56,8 +59,7 @@ void DialectManager::addDialect(std::shared_ptr<ExportDialect> dialect) {
 DialectManager& DialectManager::getDialectManager() {
     static DialectManager& manager = *[] {
         auto* made = new DialectManager;  // lives as long as the process
-        for (const BuiltInDialect& dialect : builtInDialects().subspan(1))
-            made->addDialect(record(dialect.name, dialect.drivers, dialect.exporter));
+        for (const BuiltInDialect& dialect : builtInDialects().subspan(1)) made->addDialect(record(dialect));
         return made;
     }();
     return manager;

@@ -4,6 +4,7 @@
 #include <algorithm>
 
 #include "vellicor/export/generic_exporter.h"
+#include "vellicor/export/runnable/runnable_dialect.h"
 #include "vellicor/platform/log.h"
 #include "vellicor/platform/numbers.h"
 #include "vellicor/platform/text_format.h"
@@ -58,7 +59,9 @@ bool ExportDialect::setExporterClass(ExporterClass exporterClass) {
 
 std::shared_ptr<SQLExportDialect> ExportDialect::getExporter() const {
     std::shared_ptr<SQLExportDialect> fresh;
-    if (_exporterClass)
+    if (_runnableExporterClass && wantsRunnableScripts())
+        fresh = _runnableExporterClass();
+    else if (_exporterClass)
         fresh = _exporterClass();
     else if (_exporter)
         fresh = _exporter->newInstance();

@@ -41,14 +41,18 @@ public:
     void setExporter(std::shared_ptr<SQLExportDialect> exporter);
     /// Makes the prototype. False, and nothing changes, when the class makes none.
     bool setExporterClass(ExporterClass exporterClass);
-    /// A fresh exporter of the prototype's class at every call. Where there is none it logs, and answers a generic one.
+    /// The class of scripts that the dialect's own server accepts.
+    void setRunnableExporterClass(ExporterClass exporterClass) { _runnableExporterClass = exporterClass; }
+    /// A fresh exporter at every call: of the prototype's class, or of the runnable one while the preference asks for
+    /// scripts that run. Where there is none it logs, and answers a generic one.
     [[nodiscard]] std::shared_ptr<SQLExportDialect> getExporter() const;
     [[nodiscard]] std::string description() const;
 
 private:
     std::string _name;
-    std::shared_ptr<SQLExportDialect> _exporter;  // null until set
-    ExporterClass _exporterClass = nullptr;       // null: the prototype makes its like
+    std::shared_ptr<SQLExportDialect> _exporter;     // null until set
+    ExporterClass _exporterClass = nullptr;          // null: the prototype makes its like
+    ExporterClass _runnableExporterClass = nullptr;  // null for a dialect with one form only
     std::vector<std::string> _driverClassPathList;
 };
 

@@ -6,7 +6,7 @@
 namespace vellicor {
 
 /// FileMaker: tables and column indexes only; no foreign keys, views or checks.
-class FilemakerExporter final : public GenericSQLExporter {
+class FilemakerExporter : public GenericSQLExporter {
 public:
     static std::shared_ptr<FilemakerExporter> exporter() { return create<FilemakerExporter>(); }
     [[nodiscard]] std::shared_ptr<SQLExportDialect> newInstance() const override { return create<FilemakerExporter>(); }
@@ -19,18 +19,13 @@ public:
     [[nodiscard]] bool supportsInlineAutoIncrement() const override { return false; }
     [[nodiscard]] bool supportsViews() const override { return false; }
     [[nodiscard]] bool supportsCheckConstraints() const override { return false; }
+    [[nodiscard]] bool indexesStandInTable() const override { return false; }
+    [[nodiscard]] bool supportsForeignKeys() const override { return false; }
     [[nodiscard]] std::span<const std::string_view> reservedWords() const override;
 
     // Silences: what FileMaker does not have
-    std::string exportSQLIndex(SQLIndex&) override { return {}; }
-    std::string exportSQLView(SQLView&) override { return {}; }
-    std::string exportSQLForeignKey(SQLForeignKey&) override { return {}; }
     std::string alterSQLIndex(SQLIndex&, SQLIndex&) override { return {}; }
-    std::string createForeignKey(SQLConnectable&, ForeignKeyForm) override { return {}; }
     SourceNodePtr primaryKeyBlock(SQLTable&) override { return QVSourceNode::node(); }
-    Statements alterSQLForeignKeyAsVector(SQLForeignKey*, SQLForeignKey*, SQLObject*) override { return {}; }
-    Statements postLoadAsVectorSQLForeignKey(SQLForeignKey&, SQLTable&) override { return {}; }
-    Statements postLoadAsVectorSQLIndex(SQLIndex&, SQLTable&) override { return {}; }
 
     // Types
     [[nodiscard]] bool typeHasSize(std::string_view type) override;

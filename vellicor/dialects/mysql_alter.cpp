@@ -33,11 +33,9 @@ std::string MySQLExporter::alterTableEngine(SQLTable& table, SQLTable& existingT
 }
 
 std::string MySQLExporter::alterTableComment(SQLTable& table, SQLTable& existingTable) {
-    const std::string comment = formatComment(table.getComment(), "SQLTable");
-    if (comment == formatComment(existingTable.getComment(), "SQLTable")) return {};
-    // Kept: the comment is escaped twice, as in the create script.
-    return text("ALTER TABLE %@ COMMENT = '%@'", getCanonicalName(existingTable),
-                writesRunnableScripts() ? comment : formatComment(comment, "SQLTable"));
+    const std::string comment = formatTableComment(table);
+    if (comment == formatTableComment(existingTable)) return {};
+    return text("ALTER TABLE %@ COMMENT = '%@'", getCanonicalName(existingTable), comment);
 }
 
 std::string MySQLExporter::alterAutoIncrement(SQLTable& table, SQLTable& curTable) {
@@ -128,12 +126,13 @@ std::string MySQLExporter::alterUniqueConstraint(SQLField& field, SQLField& dbFi
         return text("/* want to drop unique index on %@, but don't know constrant name*/",
                     commentText(table->getName()));
     }
-    // Kept: neither name is quoted.
-    const std::string tableName = writesRunnableScripts() ? getCanonicalName(*table) : table->getName();
-    const std::string instruction = text("ALTER TABLE %@ DROP INDEX %@", tableName,
-                                         writesRunnableScripts() ? quoteIdentifier(indexName) : indexName);
+    const std::string instruction = dropUniqueIndexInstruction(*table, indexName);
     if (isLive) log(text("C1 - DropIndexInstruction = %@", instruction));
     return instruction;
+}
+
+std::string MySQLExporter::dropUniqueIndexInstruction(SQLTable& table, const std::string& indexName) {
+    return text("ALTER TABLE %@ DROP INDEX %@", table.getName(), indexName);
 }
 
 Statements MySQLExporter::postLoadAlterSQLFieldAsVector(SQLField& field, SQLField& databaseField, SQLObject* extra) {
@@ -156,10 +155,6 @@ Statements MySQLExporter::postLoadAlterSQLFieldAsVector(SQLField& field, SQLFiel
     return statements;
 }
 
-std::string MySQLExporter::getIndexNameForFieldIndexed(SQLField& field) {
-    return writesRunnableScripts() ? field.getName() + "_idx" : GenericSQLExporter::getIndexNameForFieldIndexed(field);
-}
-
 bool MySQLExporter::canDropIndex(SQLIndex& index) {
     if (currentExporter() && currentExporter()->indexExists(index)) return true;
     const SQLTable* table = index.parentTable();
@@ -179,53 +174,26 @@ std::string MySQLExporter::dropSQLIndexWithoutCheck(SQLIndex& index) {
     return text("ALTER TABLE %@ DROP INDEX %@", getCanonicalName(*table), nameOfExistingIndex(index));
 }
 
-std::string MySQLExporter::dropSQLConstraint(SQLConstraint& constraint) {
-    // The create script makes an index of what is unique.
-    if (writesRunnableScripts() && !constraint.isCheckConstraint()) return dropSQLIndexWithoutCheck(constraint);
-    return GenericSQLExporter::dropSQLConstraint(constraint);
-}
-
-std::string MySQLExporter::addSQLConstraint(SQLConstraint& constraint) {
-    if (writesRunnableScripts() && !constraint.isCheckConstraint()) return GenericSQLExporter::addIndex(constraint);
-    return GenericSQLExporter::addSQLConstraint(constraint);
-}
-
-std::string MySQLExporter::dropIndexOfKey(SQLConnectable& key, std::string_view quotedName) {
-    SQLTable* table = key.connectableComponent().parentTable();
-    if (!writesRunnableScripts() || !table) return {};
-    const std::vector<std::string> columns = key.sourceFieldNameList();
-    const auto leads = [&](const std::vector<std::string>& indexed) {
-        return indexed.size() >= columns.size() && std::equal(columns.begin(), columns.end(), indexed.begin());
-    };
-    bool isServed = leads(table->primaryKeyList());  // then the server makes no index for the key
-    table->forEachComponent<SQLIndex>([&](SQLIndex& index) { isServed |= leads(index.getFieldNameList()); });
-    table->forEachComponent<SQLField>([&](SQLField& column) {
-        const bool isIndexed = column.isUnique() || column.getPropertyAsBoolean(keys::indexed);
-        isServed |= (isIndexed || (column.getFkField() && &column != &key)) && leads({column.getName()});
-    });
-    table->forEachComponent<SQLForeignKey>(
-        [&](SQLForeignKey& other) { isServed |= &other != &key && leads(other.sourceFieldNameList()); });
-    return isServed ? std::string() : text(", DROP INDEX %@", quotedName);
-}
-
 std::string MySQLExporter::dropSQLForeignKey(SQLForeignKey& key) {
     SQLTable* table = key.parentTable();
     if (!table || wasDropped(key)) return {};
     markDropped(key);
     auto node = alterTableNode(*table, {"DROP", "FOREIGN KEY"});
-    const std::string name = quoteIdentifier(key.getName());
-    node->addChildWithValue(name + dropIndexOfKey(key, name));
+    node->addChildWithValue(keyToDrop(key));
     return node->string();
 }
 
 std::string MySQLExporter::dropForeignKey(SQLConnectable& key) {
     SQLTable* table = key.connectableComponent().parentTable();
     if (!table || wasDropped(key)) return {};
-    const std::string id = key.getReferenceId();
-    if (id.empty()) return unknownForeignKeyComment(key, key.connectableComponent().getName());
+    if (key.getReferenceId().empty()) return unknownForeignKeyComment(key, key.connectableComponent().getName());
     markDropped(key);
-    const std::string name = writesRunnableScripts() ? quoteIdentifier(id) : id;
-    return text("ALTER TABLE %@ DROP FOREIGN KEY %@%@", getCanonicalName(*table), name, dropIndexOfKey(key, name));
+    return text("ALTER TABLE %@ DROP FOREIGN KEY %@", getCanonicalName(*table), keyToDrop(key));
+}
+
+std::string MySQLExporter::keyToDrop(SQLConnectable& key) {
+    const auto* object = as<SQLForeignKey>(&key);
+    return object ? quoteIdentifier(object->getName()) : key.getReferenceId();
 }
 
 }  // namespace vellicor

@@ -1,9 +1,6 @@
 // vellicor/dialects/mysql_exporter.cpp — MySQL: names, values and the create script.
 #include "vellicor/dialects/mysql_exporter.h"
 
-#include <algorithm>
-
-#include "vellicor/export/sql_identifiers.h"
 #include "vellicor/model/field.h"
 #include "vellicor/platform/log.h"
 #include "vellicor/platform/preference_keys.h"
@@ -12,34 +9,6 @@
 #include "vellicor/platform/text_format.h"
 
 namespace vellicor {
-
-namespace {
-
-constexpr std::size_t kColumnCommentLimit = 1024;  // characters
-constexpr std::size_t kTableCommentLimit = 2048;
-
-std::string_view firstCharacters(std::string_view text, std::size_t limit) {
-    std::size_t count = 0;
-    for (std::size_t i = 0; i < text.size(); ++i)
-        if ((static_cast<unsigned char>(text[i]) & 0xC0) != 0x80 && ++count > limit) return text.substr(0, i);
-    return text;
-}
-
-/// "'…'" with quotes inside escaped in either way of MySQL.
-bool isMySQLLiteral(std::string_view value) {
-    if (value.size() < 2 || value.front() != '\'') return false;
-    for (std::size_t i = 1; i < value.size(); ++i) {
-        if (value[i] == '\\') {
-            ++i;
-        } else if (value[i] == '\'') {
-            if (i + 1 == value.size()) return true;
-            if (value[++i] != '\'') return false;
-        }
-    }
-    return false;
-}
-
-}  // namespace
 
 void MySQLExporter::init() {
     GenericSQLExporter::init();
@@ -63,25 +32,14 @@ bool MySQLExporter::objectNameRequiresQuoting(std::string_view name) {
 }
 
 bool MySQLExporter::shouldQuoteDefaultFieldValue(std::string_view value, SQLField& field) {
-    if (!GenericSQLExporter::shouldQuoteDefaultFieldValue(value, field)) return false;
-    if (!writesRunnableScripts()) return isQuotableType(field.getDataType());
-    // Types that are neither texts nor numbers take expressions as well as values.
-    if (isNumberType(field.getDataType())) return false;
-    return isStringType(field.getDataType()) || !isExpression(value);
-}
-
-std::string MySQLExporter::addDefaultQuotes(std::string_view value) {
-    if (!writesRunnableScripts()) return GenericSQLExporter::addDefaultQuotes(value);
-    if (isMySQLLiteral(value)) return std::string(value);
-    return replacingAll(runnableLiteral(value), "\\", "\\\\");
+    return GenericSQLExporter::shouldQuoteDefaultFieldValue(value, field) && isQuotableType(field.getDataType());
 }
 
 std::string MySQLExporter::quoteDefaultValue(std::string_view value, SQLField& field) {
     const std::string quote = getQuoteDefaultString();
     if (value == text("%@%@", quote, quote)) return std::string(value);
     if (value == quote) return text("%@\\%@%@", quote, quote, quote);
-    if (shouldQuoteDefaultFieldValue(value, field)) return addDefaultQuotes(value);
-    return writesRunnableScripts() && !isPresentTime(value) ? runnableExpression(value) : std::string(value);
+    return shouldQuoteDefaultFieldValue(value, field) ? addDefaultQuotes(value) : std::string(value);
 }
 
 std::string MySQLExporter::getDeleteActionStringForCode(std::uint64_t code) {
@@ -94,10 +52,12 @@ std::string MySQLExporter::getUpdateActionStringForCode(std::uint64_t code) {
     return GenericSQLExporter::getUpdateActionStringForCode(code == action::setDefault ? action::none : code);
 }
 
-std::string MySQLExporter::formatComment(std::string_view comment, std::string_view type) {
-    if (!writesRunnableScripts()) return escapeQuoteCharacter(comment);
-    return escapeQuoteCharacter(
-        firstCharacters(comment, type == "SQLTable" ? kTableCommentLimit : kColumnCommentLimit));
+std::string MySQLExporter::formatComment(std::string_view comment, std::string_view) {
+    return escapeQuoteCharacter(comment);
+}
+
+std::string MySQLExporter::formatTableComment(const SQLTable& table) {
+    return escapeQuoteCharacter(formatComment(table.getComment(), "SQLTable"));
 }
 
 // === create script
@@ -109,7 +69,6 @@ std::string MySQLExporter::exportSQLContainer(SQLContainer& container) {
 }
 
 std::string MySQLExporter::exportSQLTable(SQLTable& table) {
-    if (std::string remark = missingColumnsRemark(table); !remark.empty()) return remark;
     auto node = QVSourceNode::node();
     node->addChild(fieldBlock(table));
     node->addChild(tablePropertiesNode(table));
@@ -125,11 +84,7 @@ SourceNodePtr MySQLExporter::tablePropertiesNode(SQLTable& table) {
         if (!value.empty()) node->addChildWithValue(form(value));
     };
     addUnlessEmpty(table.getTableType(), [](const std::string& engine) { return text("ENGINE=%@", engine); });
-    // Kept: a table's comment is escaped twice.
-    addUnlessEmpty(table.getComment(), [this](const std::string& comment) {
-        const std::string formatted = formatComment(comment, "SQLTable");
-        return text("COMMENT='%@'", writesRunnableScripts() ? formatted : escapeQuoteCharacter(formatted));
-    });
+    addUnlessEmpty(formatTableComment(table), [](const std::string& comment) { return text("COMMENT='%@'", comment); });
     if (table.hasProperty(keys::tableAutoIncrementStart))
         node->addChildWithValue(text("AUTO_INCREMENT=%@", table.getProperty(keys::tableAutoIncrementStart)));
     addUnlessEmpty(table.getProperty(keys::tableCharacterSet),
@@ -137,41 +92,6 @@ SourceNodePtr MySQLExporter::tablePropertiesNode(SQLTable& table) {
     addUnlessEmpty(table.getProperty(keys::tableCollation),
                    [](const std::string& name) { return text("COLLATE=%@", name); });
     return node;
-}
-
-SourceNodePtr MySQLExporter::fieldBlock(SQLTable& table) {
-    auto node = GenericSQLExporter::fieldBlock(table);
-    if (!writesRunnableScripts()) return node;
-    const SQLTable::Fields primaryKey = table.primaryKeyObjectList();
-    for (const auto& component : table.objectList()) {
-        auto* column = as<SQLField>(component.get());
-        if (!column || !column->getAutoIncrement() || !fieldCanBeAutoIncrement(*column, nullptr)) continue;
-        // The server wants it to lead an index from the start; the statements behind the table come too late.
-        const bool leadsIndex = column->isUnique() || (!primaryKey.empty() && primaryKey.front() == column);
-        if (!leadsIndex)
-            node->childAtIndex(1)
-                ->addChildWithValue(text("KEY (%@)", quoteIdentifier(column->getName())), "")
-                ->setSpaceBefore(indent());
-    }
-    return node;
-}
-
-SourceNodePtr MySQLExporter::primaryKeyBlock(SQLTable& table) {
-    const SQLTable::Fields columns = table.primaryKeyObjectList();
-    const auto isLong = [](const SQLField* column) { return needsPrefixSize(column->getDataType()); };
-    if (!writesRunnableScripts() || std::ranges::none_of(columns, isLong))
-        return GenericSQLExporter::primaryKeyBlock(table);
-    auto node = QVSourceNode::node();
-    node->addChildWithValue("PRIMARY KEY");
-    auto list = node->addChild(QVSourceNode::bracketBlock());
-    for (const SQLField* column : columns)
-        list->addChildWithValue(quoteIdentifier(column->getName()) + (isLong(column) ? "(255)" : ""), "");
-    return node;
-}
-
-std::string MySQLExporter::withoutForeignKeyChecks(std::string_view statements) {
-    return text("SET FOREIGN_KEY_CHECKS = 0%@\n%@SET FOREIGN_KEY_CHECKS = 1%@\n", instructionSeparator(), statements,
-                instructionSeparator());
 }
 
 std::string MySQLExporter::exportSQLField(SQLField& field, SQLField* compareWith) {
@@ -197,8 +117,6 @@ bool MySQLExporter::shouldDisplayNULL(SQLField& field) const {
 
 bool MySQLExporter::fieldCanSupportDefaultValue(SQLField& field) const {
     const std::string type = uppercased(field.getType());
-    const bool refusesNull = writesRunnableScripts() && (field.getNotNull() || field.getPrimaryKey());
-    if (refusesNull && equalIgnoringCase(field.getDefaultValue(), "NULL")) return false;
     return !field.getAutoIncrement() && type != "TEXT" && type != "BLOB";
 }
 

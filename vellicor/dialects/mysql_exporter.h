@@ -32,12 +32,8 @@ public:
     [[nodiscard]] bool supportsIndexPostLoad() const override { return true; }
     [[nodiscard]] bool supportsInlineAutoIncrement() const override { return true; }
     [[nodiscard]] bool supportsCheckConstraints() const override { return false; }
-    [[nodiscard]] bool supportsDropIfExists() const override { return true; }
-    [[nodiscard]] bool createsSchema(std::string_view) const override { return true; }
-    [[nodiscard]] bool supportsIndexType(std::string_view type) const override;
-    [[nodiscard]] bool runsOnlyQuoted(std::string_view name) const override;
     [[nodiscard]] std::span<const std::string_view> reservedWords() const override;
-    std::string exportSQLIndex(SQLIndex&) override { return {}; }  // indexes are statements of their own
+    [[nodiscard]] bool indexesStandInTable() const override { return false; }
 
     // Types (mysql_types.cpp)
     [[nodiscard]] static std::span<const std::string_view> getStringTypesList();
@@ -56,34 +52,30 @@ public:
     [[nodiscard]] bool typeHasSize(std::string_view type) override;
     [[nodiscard]] bool isStringType(std::string_view type) override;
     [[nodiscard]] bool isQuotableType(std::string_view type) const;
-    [[nodiscard]] static bool isNumberType(std::string_view type);
-    /// True for the types whose indexes the server refuses without a prefix size.
-    [[nodiscard]] static bool needsPrefixSize(std::string_view type);
+    /// True for the types whose indexes always get a prefix size.
+    [[nodiscard]] virtual bool needsPrefixSize(std::string_view type) const;
     [[nodiscard]] bool shouldStripQuotesOnType(std::string_view type) const;
 
     // Names and values
     [[nodiscard]] bool objectNameRequiresQuoting(std::string_view name) override;
     [[nodiscard]] bool shouldQuoteDefaultFieldValue(std::string_view value, SQLField& field) override;
     std::string quoteDefaultValue(std::string_view value, SQLField& field) override;
-    std::string addDefaultQuotes(std::string_view value) override;
     [[nodiscard]] std::string getDeleteActionStringForCode(std::uint64_t code) override;
     [[nodiscard]] std::string getUpdateActionStringForCode(std::uint64_t code) override;
-    /// The comment as it stands between quotes. The preference "limitSQLCommentLength" has no effect; in runnable
-    /// scripts the server's limit for the type of object holds.
-    [[nodiscard]] std::string formatComment(std::string_view comment, std::string_view type);
+    /// The comment as it stands between quotes. The preference "limitSQLCommentLength" has no effect.
+    [[nodiscard]] virtual std::string formatComment(std::string_view comment, std::string_view type);
+    /// A table's comment as it stands between quotes. Kept: it is escaped twice.
+    [[nodiscard]] virtual std::string formatTableComment(const SQLTable& table);
 
     // Create script
     std::string exportSQLContainer(SQLContainer& container) override;
     std::string exportSQLTable(SQLTable& table) override;
     virtual SourceNodePtr tablePropertiesNode(SQLTable& table);
-    SourceNodePtr fieldBlock(SQLTable& table) override;
-    SourceNodePtr primaryKeyBlock(SQLTable& table) override;
-    std::string withoutForeignKeyChecks(std::string_view statements) override;
     std::string exportSQLField(SQLField& field) override { return exportSQLField(field, nullptr); }
     /// Against a database's column when there is one.
     virtual std::string exportSQLField(SQLField& field, SQLField* compareWith);
     [[nodiscard]] bool shouldDisplayNULL(SQLField& field) const;
-    [[nodiscard]] bool fieldCanSupportDefaultValue(SQLField& field) const;
+    [[nodiscard]] virtual bool fieldCanSupportDefaultValue(SQLField& field) const;
     [[nodiscard]] bool fieldIsFirstAutoIncrement(SQLField& field) const;
     [[nodiscard]] bool fieldCanBeAutoIncrement(SQLField& field, SQLField* compareWith) const;
     [[nodiscard]] std::string viewCreateStringPart(std::string_view name) override;
@@ -102,8 +94,8 @@ public:
     [[nodiscard]] bool shouldAddIndexForFK(SQLField& field, std::string_view indexName) const;
     [[nodiscard]] std::string getForeignKeyFieldIndexName(const SQLObject& object) const;
     std::string getUniqueForeignKeyName(const std::string& name);
-    std::string foreignKeyIndexName(SQLConnectable& key);
-    [[nodiscard]] OptionalText foreignKeyConstraintName(SQLConnectable& key) override;
+    /// As it stands in the clause. Kept: it is not quoted.
+    virtual std::string foreignKeyIndexName(SQLConnectable& key);
     SourceNodePtr foreignKeyNode(SQLConnectable* key) override;
 
     // Alter script (mysql_alter.cpp)
@@ -118,21 +110,25 @@ public:
     [[nodiscard]] bool shouldAlterColumnComment(SQLField& field, SQLField& databaseField) const;
     std::string alterUniqueConstraint(SQLField& field, SQLField& dbField) override;
     Statements postLoadAlterSQLFieldAsVector(SQLField& field, SQLField& databaseField, SQLObject* extra) override;
-    // Kept: in classic text a column's index is not dropped under the name that the create script gives it.
-    [[nodiscard]] bool shouldPrefixFieldLevelIndexNames() const override { return !writesRunnableScripts(); }
-    [[nodiscard]] std::string getIndexNameForFieldIndexed(SQLField& field) override;
     std::string dropSQLIndex(SQLIndex& index) override;
     std::string dropSQLIndexWithoutCheck(SQLIndex& index);
     [[nodiscard]] bool canDropIndex(SQLIndex& index);
-    std::string dropSQLConstraint(SQLConstraint& constraint) override;
-    std::string addSQLConstraint(SQLConstraint& constraint) override;
     std::string dropSQLForeignKey(SQLForeignKey& key) override;
     std::string dropForeignKey(SQLConnectable& key) override;
 
+    /// Kept: white space around the type stays.
+    [[nodiscard]] std::string indexTypeInScript(SQLIndex& index) override;
+
+protected:
+    /// The name of a column's index. Kept: it is quoted before a suffix is put behind it, and again with the suffix.
+    [[nodiscard]] virtual std::string columnIndexName(SQLTable& table, std::string_view name,
+                                                      const OptionalText& suffix);
+    /// What DROP FOREIGN KEY names. Kept: the id of a column's key is not quoted.
+    [[nodiscard]] virtual std::string keyToDrop(SQLConnectable& key);
+    /// Kept: neither name is quoted.
+    [[nodiscard]] virtual std::string dropUniqueIndexInstruction(SQLTable& table, const std::string& indexName);
+
 private:
-    [[nodiscard]] std::string indexFor(SQLField& field, std::string_view name, SQLTable& table, bool asCreate);
-    /// Drops the index that the key brought along, in runnable scripts; it would keep the key's name.
-    [[nodiscard]] std::string dropIndexOfKey(SQLConnectable& key, std::string_view quotedName);
     [[nodiscard]] bool columnChanges(SQLField& field, SQLField& databaseField, bool typeDiffers);
 
     std::unordered_set<std::string> _fkIndexList;                        // names handed out during one export

@@ -12,10 +12,7 @@ namespace {
 
 /// What both forms end in: type, keyword, name and, in the CREATE form, the table.
 void addIndexWords(QVSourceNode& node, SQLIndex& index, SQLTable& table, MySQLExporter& exporter) {
-    const bool isRunnable = GenericSQLExporter::writesRunnableScripts();
-    // Kept: in classic text white space around the type stays.
-    const std::string type = isRunnable ? exporter.indexTypeInScript(index) : index.getIndexTypeString();
-    if (!type.empty()) node.addChildWithValue(type);
+    if (const std::string type = exporter.indexTypeInScript(index); !type.empty()) node.addChildWithValue(type);
     node.addChildWithValue(exporter.getIndexKeyword(index));
     node.addChildWithValue(exporter.getNameForIndexWithIndex(table, index));
 }

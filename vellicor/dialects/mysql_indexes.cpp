@@ -31,8 +31,7 @@ std::string MySQLExporter::addIndex(SQLIndex& index, SQLTable& table) {
 }
 
 std::string MySQLExporter::createFieldIndexOnField(SQLField& field, SQLTable& table) {
-    // Kept: the name may already stand in quotes when the suffix is put behind it.
-    const std::string base = getNameForIndex(table, field.getName(), std::nullopt, !writesRunnableScripts());
+    const std::string base = columnIndexName(table, field.getName(), std::nullopt);
     std::string suffix;
     if (field.getPropertyAsBoolean(keys::indexed)) {
         suffix = "_idx";
@@ -48,7 +47,7 @@ std::string MySQLExporter::createFieldIndexOnField(SQLField& field, SQLTable& ta
     } else {
         return {};
     }
-    const auto index = singleColumnIndex(*this, field, getNameForIndex(table, base, suffix, !writesRunnableScripts()));
+    const auto index = singleColumnIndex(*this, field, columnIndexName(table, base, suffix));
     std::string sql(trimmed(MySQLIndexExporter::addIndexTableExporter(*index, table, *this)));
     if (!sql.empty() && !sql.ends_with(';')) sql += ';';
     return sql;
@@ -72,8 +71,13 @@ std::string MySQLExporter::indexSizeStringForField(SQLField& field, SQLIndex* in
     const std::string type = uppercased(field.getDataType());
     if (!isStringType(type)) return {};
     const std::string size = index ? index->getSizeForIndexEntry(&field) : field.getProperty(keys::indexSize);
-    const bool needsSize = writesRunnableScripts() ? needsPrefixSize(type) : type == "BLOB" || type == "TEXT";
-    return size.empty() && needsSize ? "50" : size;
+    return size.empty() && needsPrefixSize(type) ? "50" : size;
+}
+
+std::string MySQLExporter::indexTypeInScript(SQLIndex& index) { return index.getIndexTypeString(); }
+
+std::string MySQLExporter::columnIndexName(SQLTable& table, std::string_view name, const OptionalText& suffix) {
+    return getNameForIndex(table, name, suffix);
 }
 
 bool MySQLExporter::shouldAddIndexForFK(SQLField& field, std::string_view) const {
@@ -99,20 +103,11 @@ std::string MySQLExporter::foreignKeyIndexName(SQLConnectable& key) {
     return getUniqueForeignKeyName(getForeignKeyFieldIndexName(key.connectableComponent()));
 }
 
-OptionalText MySQLExporter::foreignKeyConstraintName(SQLConnectable& key) {
-    const OptionalText name = GenericSQLExporter::foreignKeyConstraintName(key);
-    // A database has one list for the names of its keys, a document one for each table.
-    const bool mustDiffer = writesRunnableScripts() && exportContainer() && name && !name->empty();
-    return mustDiffer ? OptionalText(getUniqueForeignKeyName(*name)) : name;
-}
-
 SourceNodePtr MySQLExporter::foreignKeyNode(SQLConnectable* key) {
     auto node = GenericSQLExporter::foreignKeyNode(key);
     if (!node->isVisible()) return node;
-    if (auto label = node->childWithId("#foreignKeyLabel")) {
-        const std::string name = foreignKeyIndexName(*key);
-        node->insertChildValue(writesRunnableScripts() ? quoteIdentifier(name) : name, node->indexOfChild(label) + 1);
-    }
+    if (auto label = node->childWithId("#foreignKeyLabel"))
+        node->insertChildValue(foreignKeyIndexName(*key), node->indexOfChild(label) + 1);
     return node;
 }
 

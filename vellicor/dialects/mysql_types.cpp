@@ -23,12 +23,6 @@ constexpr std::string_view kTypesWithCharacterSet[] = {"CHAR",       "VARCHAR", 
 constexpr std::string_view kIndexTypesWithPrefixSize[] = {"BLOB", "TEXT"};
 constexpr std::string_view kTypesOfQuotedNumbers[] = {"DATE", "TIME", "DATETIME"};
 constexpr std::string_view kBinaryTypes[] = {"CHAR", "VARCHAR", "TEXT"};
-constexpr std::string_view kMySqlNumberTypes[] = {
-    "BIT",    "BOOL",   "BOOLEAN", "TINYINT",          "SMALLINT", "MEDIUMINT", "INT", "INTEGER",
-    "BIGINT", "REAL",   "DOUBLE",  "DOUBLE PRECISION", "FLOAT",    "DECIMAL",   "DEC", "NUMERIC",
-    "FIXED",  "SERIAL", "YEAR"};
-constexpr std::string_view kTypesWithPrefixSize[] = {"TINYBLOB", "BLOB", "MEDIUMBLOB", "LONGBLOB",
-                                                     "TINYTEXT", "TEXT", "MEDIUMTEXT", "LONGTEXT"};
 
 bool holdsType(WordList types, std::string_view type) { return holds(types, uppercased(type)); }
 
@@ -84,12 +78,8 @@ bool MySQLExporter::isQuotableType(std::string_view type) const {
     return holdsType(getStringTypesList(), word) || holdsType(getOtherQuotableTypesList(), word);
 }
 
-bool MySQLExporter::isNumberType(std::string_view type) { return holdsType(kMySqlNumberTypes, type); }
-
-bool MySQLExporter::needsPrefixSize(std::string_view type) { return holdsType(kTypesWithPrefixSize, type); }
-
-bool MySQLExporter::supportsIndexType(std::string_view type) const {
-    return type == "UNIQUE" || type == "FULLTEXT" || type == "SPATIAL";
+bool MySQLExporter::needsPrefixSize(std::string_view type) const {
+    return holdsType(indexTypeRequiresPrefixSize(), type);
 }
 
 bool MySQLExporter::shouldStripQuotesOnType(std::string_view type) const {

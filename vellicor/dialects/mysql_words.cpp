@@ -31,21 +31,8 @@ constexpr std::string_view kMySqlWords[] = {
     "UTC_TIME", "UTC_TIMESTAMP", "VALUES", "VARBINARY", "VARCHAR", "VARCHARACTER", "VARYING", "WHEN", "WHERE",
     "WHILE", "WITH", "WRITE", "XOR", "YEAR_MONTH", "ZEROFILL"};
 
-/// Reserved by servers of today too, MySQL's and MariaDB's.
-constexpr std::string_view kFurtherMySqlWords[] = {
-    "CUBE", "CUME_DIST", "CURRENT_ROLE", "DELETE_DOMAIN_ID", "DENSE_RANK", "DO_DOMAIN_IDS", "EMPTY", "EXCEPT",
-    "FIRST_VALUE", "FUNCTION", "GENERATED", "GROUPING", "GROUPS", "IGNORE_DOMAIN_IDS", "INTERSECT", "JSON_TABLE", "LAG",
-    "LAST_VALUE", "LATERAL", "LEAD", "MASTER_DEMOTE_TO_REPLICA", "MASTER_DEMOTE_TO_SLAVE", "NTH_VALUE", "NTILE", "OF",
-    "OFFSET", "OPTIMIZER_COSTS", "OVER", "PAGE_CHECKSUM", "PARSE_VCOL_EXPR", "PERCENT_RANK", "PORTION", "RANK",
-    "RECURSIVE", "REF_SYSTEM_ID", "RETURNING", "ROW", "ROWS", "ROW_NUMBER", "STATS_AUTO_RECALC", "STATS_PERSISTENT",
-    "STATS_SAMPLE_PAGES", "STORED", "SYSTEM", "VIRTUAL", "WINDOW"};
-
 }  // namespace
 
 std::span<const std::string_view> MySQLExporter::reservedWords() const { return kMySqlWords; }
-
-bool MySQLExporter::runsOnlyQuoted(std::string_view name) const {
-    return isRefusedBare(name, containsWord(kMySqlWords, name) || containsWord(kFurtherMySqlWords, name));
-}
 
 }  // namespace vellicor

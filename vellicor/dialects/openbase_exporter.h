@@ -6,7 +6,7 @@
 namespace vellicor {
 
 /// OpenBase: the generic exporter with names never quoted.
-class OpenBaseSQLExporter final : public GenericSQLExporter {
+class OpenBaseSQLExporter : public GenericSQLExporter {
 public:
     static std::shared_ptr<OpenBaseSQLExporter> exporter() { return create<OpenBaseSQLExporter>(); }
     [[nodiscard]] std::shared_ptr<SQLExportDialect> newInstance() const override {

@@ -6,7 +6,7 @@
 namespace vellicor {
 
 /// Oracle: MODIFY for changed columns, two delete actions and no update actions.
-class OracleSQLExporter final : public GenericSQLExporter {
+class OracleSQLExporter : public GenericSQLExporter {
 public:
     static std::shared_ptr<OracleSQLExporter> exporter() { return create<OracleSQLExporter>(); }
     [[nodiscard]] std::shared_ptr<SQLExportDialect> newInstance() const override { return create<OracleSQLExporter>(); }
@@ -19,7 +19,7 @@ public:
     [[nodiscard]] bool supportsViews() const override { return true; }
     [[nodiscard]] bool supportsIndexPostLoad() const override { return true; }
     [[nodiscard]] std::span<const std::string_view> reservedWords() const override;
-    std::string exportSQLIndex(SQLIndex&) override { return {}; }  // indexes are statements of their own
+    [[nodiscard]] bool indexesStandInTable() const override { return false; }
     [[nodiscard]] std::string getDeleteActionStringForCode(std::uint64_t code) override;
     [[nodiscard]] std::string getUpdateActionStringForCode(std::uint64_t) override { return {}; }
     [[nodiscard]] std::string fieldType(SQLField& field) override;

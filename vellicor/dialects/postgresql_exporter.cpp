@@ -5,7 +5,6 @@
 
 #include "vellicor/dialects/word_list.h"
 #include "vellicor/export/exporter_common.h"
-#include "vellicor/export/sql_identifiers.h"
 #include "vellicor/model/field.h"
 #include "vellicor/model/index.h"
 #include "vellicor/platform/log.h"
@@ -21,24 +20,6 @@ namespace {
 constexpr std::string_view kPostgresqlTypesWithSize[] = {"BIT VARYING", "VARBIT", "CHARACTER VARYING", "CHARACTER",
                                                          "VARCHAR",     "CHAR",   "INTERVAL",          "NUMERIC",
                                                          "DECIMAL",     "TIME",   "TIMESTAMP",         "TIMETZ"};
-/// Classic text drops their sizes, which gives the server types of other sizes.
-constexpr std::string_view kFurtherTypesWithSize[] = {
-    "BIT", "BPCHAR", "NCHAR", "NATIONAL CHARACTER", "NATIONAL CHARACTER VARYING", "CHAR VARYING", "DEC", "TIMESTAMPTZ"};
-constexpr std::string_view kTextTypes[] = {"CHARACTER VARYING",
-                                           "CHARACTER",
-                                           "VARCHAR",
-                                           "CHAR",
-                                           "TEXT",
-                                           "BPCHAR",
-                                           "NCHAR",
-                                           "CITEXT",
-                                           "NAME",
-                                           "NATIONAL CHARACTER",
-                                           "NATIONAL CHARACTER VARYING",
-                                           "CHAR VARYING"};
-constexpr std::string_view kPostgresqlNumberTypes[] = {
-    "SMALLINT", "INTEGER",          "INT",   "BIGINT", "INT2",   "INT4",   "INT8",      "DECIMAL",    "NUMERIC", "DEC",
-    "REAL",     "DOUBLE PRECISION", "FLOAT", "FLOAT4", "FLOAT8", "SERIAL", "BIGSERIAL", "SMALLSERIAL"};
 constexpr std::string_view kTypesWithTimeZone[] = {"TIMESTAMP", "TIME"};
 constexpr std::string_view kQuotableDefaultTypes[] = {
     "CHARACTER VARYING", "CHARACTER", "VARCHAR", "CHAR", "VARBIT", "TEXT", "DATE",
@@ -93,8 +74,6 @@ private:
 
 // === types
 
-bool PostgresqlExporter::isTextType(std::string_view type) { return holds(kTextTypes, uppercased(type)); }
-
 bool PostgresqlExporter::typeHasSize(std::string_view type) {
     return holds(kPostgresqlTypesWithSize, uppercased(type));
 }
@@ -106,9 +85,7 @@ bool PostgresqlExporter::fieldTypeAllowsTimeZone(std::string_view type) {
 std::string PostgresqlExporter::fieldType(SQLField& field) {
     const std::string& stored = field.getDataType();
     std::string type = Preferences::shared().boolForKey(prefs::postgresTypesUppercase) ? uppercased(stored) : stored;
-    const bool hasSize =
-        typeHasSize(stored) || (writesRunnableScripts() && holds(kFurtherTypesWithSize, uppercased(stored)));
-    if (hasSize && field.hasTypeSize()) type += text("(%@)", field.getDataTypeSize());
+    if (writesSizeOf(stored) && field.hasTypeSize()) type += text("(%@)", field.getDataTypeSize());
     if (fieldTypeAllowsTimeZone(stored) && field.getPropertyAsBoolean(keys::timezone)) type += " WITH TIME ZONE ";
     return type;
 }
@@ -135,49 +112,26 @@ std::string PostgresqlExporter::schemaNameForTable(SQLTable& table) {
 }
 
 OptionalText PostgresqlExporter::primaryKeyConstraintName(SQLTable& table) {
-    const std::string defaultName = text("%@_pkey", table.getBaseName());
-    if (!table.hasProperty(keys::primaryKeyName)) {
-        // Kept: a key that was never named has no name, and the word CONSTRAINT stands alone, which no server accepts.
-        return writesRunnableScripts() ? OptionalText(nameOfKeyInScript(table, defaultName)) : std::nullopt;
-    }
+    if (!table.hasProperty(keys::primaryKeyName)) return std::nullopt;
     const std::string name = table.getProperty(keys::primaryKeyName);
-    return nameOfKeyInScript(table, name.empty() ? defaultName : name);
+    return name.empty() ? text("%@_pkey", table.getBaseName()) : name;
 }
 
-std::string PostgresqlExporter::indexNameInScript(SQLTable& table, std::string_view name) {
-    return nameInScript(schemaNameForTable(table), name);
-}
-
-std::string PostgresqlExporter::constraintNameInScript(SQLTable& table, std::string_view name) {
-    return nameInScript(table.getName() + "\tconstraints", name);
-}
-
-std::string PostgresqlExporter::nameOfKeyInScript(SQLTable& table, std::string_view name) {
-    return constraintNameInScript(table, indexNameInScript(table, name));
-}
-
-OptionalText PostgresqlExporter::foreignKeyConstraintName(SQLConnectable& key) {
-    const OptionalText name = GenericSQLExporter::foreignKeyConstraintName(key);
-    SQLTable* table = key.connectableComponent().parentTable();
-    return table && name && !name->empty() ? OptionalText(constraintNameInScript(*table, *name)) : name;
-}
+std::string PostgresqlExporter::constraintName(SQLIndex& constraint) { return constraint.getName(); }
 
 WordList PostgresqlExporter::defaultValuesNotQuotableForField(SQLField&) const { return kDefaultsNotQuoted; }
 
 WordList PostgresqlExporter::defaultValuesRegularExpressionsNotQuotable() const { return kFunctionsWithPrecision; }
 
+bool PostgresqlExporter::isBareDefault(std::string_view value, SQLField& field) const {
+    return field.getPropertyAsBoolean(keys::noQuoteDefault) ||
+           holds(defaultValuesNotQuotableForField(field), lowercased(value)) ||
+           defaultMatchesRegexForField(field, value);
+}
+
 bool PostgresqlExporter::shouldQuoteDefaultFieldValue(std::string_view value, SQLField& field) {
-    if (field.getPropertyAsBoolean(keys::noQuoteDefault)) return false;
-    if (holds(defaultValuesNotQuotableForField(field), lowercased(value)) || defaultMatchesRegexForField(field, value))
-        return false;
-    const std::string type = uppercased(field.getDataType());
-    if (writesRunnableScripts()) {
-        if (isTextLiteral(value) || holds(kPostgresqlNumberTypes, type)) return false;
-        // Other types take expressions as well as values.
-        return holds(kTextTypes, type) ? !value.starts_with('\'') || !isExpression(value) : !isExpression(value);
-    }
-    if (value.starts_with('\'') && value.ends_with('\'')) return false;
-    return holds(kQuotableDefaultTypes, type);
+    if (isBareDefault(value, field) || (value.starts_with('\'') && value.ends_with('\''))) return false;
+    return holds(kQuotableDefaultTypes, uppercased(field.getDataType()));
 }
 
 bool PostgresqlExporter::defaultMatchesRegexForField(SQLField&, std::string_view defaultValue) const {
@@ -190,7 +144,6 @@ bool PostgresqlExporter::defaultMatchesRegexForField(SQLField&, std::string_view
 }
 
 std::string PostgresqlExporter::addDefaultQuotes(std::string_view value) {
-    if (writesRunnableScripts()) return runnableLiteral(value);
     const std::string quote = getQuoteDefaultString();
     return quote + replacingAll(value, quote, text("\\%@", quote)) + quote;
 }
@@ -223,9 +176,7 @@ std::string PostgresqlExporter::exportSQLField(SQLField& field) {
     std::string sql = quoteIdentifier(field.getName());
     sql += text(" %@", type);
     if (field.getNotNull()) sql += " NOT NULL";
-    // A serial type brings a default of its own, and the server takes only one.
-    const bool hasOwnDefault = writesRunnableScripts() && field.getAutoIncrement();
-    if (const std::string value = field.getDefaultValue(); !value.empty() && !hasOwnDefault)
+    if (const std::string value = field.getDefaultValue(); !value.empty() && fieldCanSupportDefaultValue(field))
         sql += text(" DEFAULT %@", quoteDefaultValue(value, field));
     if (field.isUnique()) sql += " UNIQUE ";
     return sql + nodeText(inlineCheckConstraint(field));
@@ -241,12 +192,11 @@ std::string PostgresqlExporter::dropTableInstruction(SQLTable& table) {
 }
 
 std::string PostgresqlExporter::getIndexKeyword(SQLIndex& index) {
-    return as<SQLConstraint>(&index) && !writesRunnableScripts() ? "CONSTRAINT" : "INDEX";
+    return as<SQLConstraint>(&index) ? "CONSTRAINT" : "INDEX";
 }
 
 std::string PostgresqlExporter::addIndex(SQLIndex& index, SQLTable& table) {
-    const bool isRemark = writesRunnableScripts() && index.indexListCount() == 0;
-    if (uppercased(index.getIndexType()) == "UNIQUE" && !isRemark) return addConstraint(index, table);
+    if (uppercased(index.getIndexType()) == "UNIQUE") return addConstraint(index, table);
     return ExporterCommon::addIndex(index, table, *this);
 }
 
@@ -267,9 +217,7 @@ SourceNodePtr PostgresqlExporter::addConstraintBlock(SQLIndex& constraint) {
     }
     auto node = QVSourceNode::node();
     node->addChildWithValue("ADD CONSTRAINT");
-    std::string name = constraint.getName();
-    if (SQLTable* table = constraint.parentTable()) name = nameOfKeyInScript(*table, name);
-    node->addChildWithValue(quoteIdentifier(name));
+    node->addChildWithValue(quoteIdentifier(constraintName(constraint)));
     node->addChildWithValue(constraint.getIndexType());
     node->addChild(quotedNameList(constraint.getFieldNameList()));
     node->addChild(constraintDeferrableBlock(constraint, nullptr));

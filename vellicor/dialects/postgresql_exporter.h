@@ -26,24 +26,24 @@ public:
     [[nodiscard]] bool supportsInlineAutoIncrement() const override { return false; }
     [[nodiscard]] bool supportsViews() const override { return true; }
     [[nodiscard]] bool requiresOwnershipForAlter() const override { return false; }
-    [[nodiscard]] bool supportsDropIfExists() const override { return true; }
-    [[nodiscard]] bool supportsTablesWithoutColumns() const override { return true; }
-    [[nodiscard]] bool createsSchema(std::string_view name) const override { return name != "public"; }
-    [[nodiscard]] bool supportsIndexType(std::string_view type) const override { return type == "UNIQUE"; }
-    [[nodiscard]] bool runsOnlyQuoted(std::string_view name) const override;
     [[nodiscard]] std::string getIndexKeyword(SQLIndex& index) override;
     [[nodiscard]] std::span<const std::string_view> reservedWords() const override;
-    std::string exportSQLIndex(SQLIndex&) override { return {}; }  // indexes are statements of their own
+    [[nodiscard]] bool indexesStandInTable() const override { return false; }
 
     // Types
     [[nodiscard]] bool typeHasSize(std::string_view type) override;
     [[nodiscard]] bool fieldTypeAllowsTimeZone(std::string_view type) override;
     [[nodiscard]] std::string fieldType(SQLField& field) override;
+    /// Whether the size of such a type is written.
+    [[nodiscard]] virtual bool writesSizeOf(std::string_view type) { return typeHasSize(type); }
 
     // Names and values
     [[nodiscard]] bool objectNameRequiresQuoting(std::string_view name) override;
     [[nodiscard]] std::string schemaNameForTable(SQLTable& table) override;
+    /// Kept: a key that was never named has no name, and the word CONSTRAINT stands alone.
     [[nodiscard]] OptionalText primaryKeyConstraintName(SQLTable& table) override;
+    /// The name in the statement that adds a constraint.
+    [[nodiscard]] virtual std::string constraintName(SQLIndex& constraint);
     [[nodiscard]] bool shouldQuoteDefaultFieldValue(std::string_view value, SQLField& field) override;
     /// Lower-case values that are never quoted.
     [[nodiscard]] virtual std::span<const std::string_view> defaultValuesNotQuotableForField(SQLField& field) const;
@@ -51,13 +51,7 @@ public:
     [[nodiscard]] virtual std::span<const std::string_view> defaultValuesRegularExpressionsNotQuotable() const;
     [[nodiscard]] bool defaultMatchesRegexForField(SQLField& field, std::string_view defaultValue) const;
     std::string addDefaultQuotes(std::string_view value) override;
-    /// Indexes share the names of the tables of a schema.
-    std::string indexNameInScript(SQLTable& table, std::string_view name) override;
-    std::string constraintNameInScript(SQLTable& table, std::string_view name) override;
-    /// Of a constraint that brings an index of the same name along.
-    std::string nameOfKeyInScript(SQLTable& table, std::string_view name);
-    void reserveTableName(SQLTable& table) override { nameInScript(schemaNameForTable(table), table.getBaseName()); }
-    [[nodiscard]] OptionalText foreignKeyConstraintName(SQLConnectable& key) override;
+    [[nodiscard]] virtual bool fieldCanSupportDefaultValue(SQLField&) const { return true; }
 
     // Create script
     std::string exportSQLTable(SQLTable& table) override;
@@ -86,31 +80,30 @@ public:
     Statements alterSQLTableAsVector(SQLTable& table, SQLTable& curTable, SQLObject* extra) override;
     virtual std::string alterTablespace(SQLTable& table, SQLTable& curTable);
     Statements alterSQLFieldAsVector(SQLField& field, SQLField& curField, SQLObject* extra) override;
-    std::string alterPrimaryKey(SQLField& field, SQLField& curField) override;
-    std::string alterType(SQLField& field, SQLField& curField) override;
     virtual std::string alterNotNull(SQLField& field, SQLField& curField);
     virtual std::string alterDefault(SQLField& field, SQLField& curField);
     SourceNodePtr dropPrimaryKeyInstruction(SQLTable& table) override;
-    std::string dropIndex(SQLField& field, SQLTable& table) override;
-    std::string dropSQLIndex(SQLIndex& index) override;
-    std::string alterSQLIndex(SQLIndex& index, SQLIndex& oldIndex) override;
     std::string alterSQLConstraint(SQLConstraint& constraint, SQLConstraint& oldConstraint) override;
     std::string dropForeignKey(SQLConnectable& key) override;
     std::string dropForeignKey(SQLTable& table, SQLConnectable& key);
     std::string changeOwnerToCurrent(SQLObject& object) override;
 
-private:
+protected:
+    /// True for a value that is never quoted, whatever the column's type.
+    [[nodiscard]] bool isBareDefault(std::string_view value, SQLField& field) const;
     /// "ALTER TABLE … ALTER COLUMN …" and the words; empty for a column without a table.
     std::string alterColumnStatement(SQLField& field, std::initializer_list<std::string_view> words);
-    std::string dropIndexInstruction(SQLTable& table, std::string_view quotedName);
-    /// Whether or not the object has a comment.
-    std::string commentStatement(SQLObject& object);
     /// SET or DROP, as the column has a default or none.
     std::string defaultStatement(SQLField& field);
-    [[nodiscard]] static bool isTextType(std::string_view type);
+    /// Whether or not the object has a comment. Kept: no separator follows.
+    virtual std::string commentStatement(SQLObject& object);
+    /// "COLUMN t.c", "TABLE t"; empty for what takes no comment, or when comments are not wanted as statements.
+    [[nodiscard]] std::string commentedObject(SQLObject& object);
+    /// Kept: a view is a table here too.
+    [[nodiscard]] virtual std::string_view kindOfTable(SQLTable&) const { return "TABLE"; }
 };
 
-class RedshiftExporter final : public PostgresqlExporter {
+class RedshiftExporter : public PostgresqlExporter {
 public:
     static std::shared_ptr<RedshiftExporter> exporter() { return create<RedshiftExporter>(); }
     [[nodiscard]] std::shared_ptr<SQLExportDialect> newInstance() const override { return create<RedshiftExporter>(); }

@@ -17,15 +17,8 @@ constexpr std::string_view kPostgresqlWords[] = {
     "SIMILAR", "SOME", "SYMMETRIC", "TABLE", "THEN", "TO", "TRAILING", "TRUE", "UNION", "UNIQUE", "USER", "USING",
     "VARIADIC", "VERBOSE", "WHEN", "WHERE", "WINDOW", "WITH"};
 
-/// Reserved by servers of today too.
-constexpr std::string_view kFurtherPostgresqlWords[] = {"LATERAL", "TABLESAMPLE"};
-
 }  // namespace
 
 std::span<const std::string_view> PostgresqlExporter::reservedWords() const { return kPostgresqlWords; }
-
-bool PostgresqlExporter::runsOnlyQuoted(std::string_view name) const {
-    return isRefusedBare(name, containsWord(kPostgresqlWords, name) || containsWord(kFurtherPostgresqlWords, name));
-}
 
 }  // namespace vellicor

@@ -74,19 +74,10 @@ std::string SQLServerExporter::addColumn(SQLField& field) {
     return table ? text("ALTER TABLE %@ ADD %@", getCanonicalName(*table), export_(field)) : std::string();
 }
 
-std::string SQLServerExporter::addIndex(SQLIndex& index, SQLTable& table) {
-    auto* constraint = as<SQLConstraint>(&index);
-    const bool isWritten = constraint && checkIndexValid(index) && index.indexListCount() > 0;
-    // Kept: in classic text a constraint is created like an index, by a statement that the server does not have.
-    if (!writesRunnableScripts() || !isWritten) return SybaseStyleExporter::addIndex(index, table);
-    return text("%@%@\n", addSQLConstraint(*constraint), instructionSeparator());
-}
-
 std::string SQLServerExporter::dropSQLIndex(SQLIndex& index) {
     SQLTable* table = index.parentTable();
     if (!table) return {};
-    return text("DROP INDEX %@ ON %@", quoteIdentifier(index.getName()),
-                writesRunnableScripts() ? getCanonicalName(*table) : quoteIdentifier(table->getName()));
+    return text("DROP INDEX %@ ON %@", quoteIdentifier(index.getName()), quoteIdentifier(table->getName()));
 }
 
 std::string SQLServerExporter::dropPrimaryKeyInstruction(SQLTable& table, const OptionalText& constraintName) {

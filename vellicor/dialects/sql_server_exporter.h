@@ -6,7 +6,7 @@
 namespace vellicor {
 
 /// SQL Server: names in brackets, unique columns as named table constraints, one ALTER COLUMN per changed column.
-class SQLServerExporter final : public SybaseStyleExporter {
+class SQLServerExporter : public SybaseStyleExporter {
 public:
     static std::shared_ptr<SQLServerExporter> exporter() { return create<SQLServerExporter>(); }
     [[nodiscard]] std::shared_ptr<SQLExportDialect> newInstance() const override { return create<SQLServerExporter>(); }
@@ -35,8 +35,6 @@ public:
     [[nodiscard]] std::string nullOrNotString(SQLField& field) override;
     SourceNodePtr primaryKeyBlock(SQLTable& table) override;
     std::string addColumn(SQLField& field) override;
-    using GenericSQLExporter::addIndex;
-    std::string addIndex(SQLIndex& index, SQLTable& table) override;
     std::string dropSQLIndex(SQLIndex& index) override;
     using GenericSQLExporter::dropPrimaryKeyInstruction;
     /// A null or blank name: a script that finds the name, or a warning, as the preferences say.

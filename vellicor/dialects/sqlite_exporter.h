@@ -1,15 +1,13 @@
 // vellicor/dialects/sqlite_exporter.h — SQLite.
 #pragma once
 
-#include <string>
-#include <unordered_map>
-
 #include "vellicor/export/generic_exporter.h"
+#include "vellicor/model/field.h"
 
 namespace vellicor {
 
 /// SQLite: all that CREATE TABLE can hold goes inline; most ALTERs answer nothing or say why.
-class SQLiteExporter final : public GenericSQLExporter {
+class SQLiteExporter : public GenericSQLExporter {
 public:
     static std::shared_ptr<SQLiteExporter> exporter() { return create<SQLiteExporter>(); }
     [[nodiscard]] std::shared_ptr<SQLExportDialect> newInstance() const override { return create<SQLiteExporter>(); }
@@ -29,52 +27,34 @@ public:
     [[nodiscard]] bool supportsIndexPrefixSize() const override { return false; }
     [[nodiscard]] bool supportsDropSQLConstraint() const override { return false; }
     [[nodiscard]] bool addForeignKeyConstraintName() const override { return false; }
-    [[nodiscard]] bool supportsDropIfExists() const override { return true; }
-    [[nodiscard]] bool supportsIndexType(std::string_view type) const override { return type == "UNIQUE"; }
-    [[nodiscard]] bool runsOnlyQuoted(std::string_view name) const override;
+    [[nodiscard]] bool indexesStandInTable() const override { return false; }
+    [[nodiscard]] bool keysStandInTable() const override { return true; }
+    [[nodiscard]] bool canAlterConstraints() const override { return false; }
     [[nodiscard]] std::span<const std::string_view> reservedWords() const override;
-
-    // Silences: what SQLite cannot do, or holds inline already
-    std::string exportSQLIndex(SQLIndex&) override { return {}; }
-    std::string alterType(SQLField&, SQLField&) override { return {}; }
-    std::string alterPrimaryKey(SQLField&, SQLField&) override { return {}; }
-    std::string dropForeignKey(SQLConnectable&) override { return {}; }
-    std::string dropSQLForeignKey(SQLForeignKey&) override { return {}; }
-    SourceNodePtr alterPrimaryKeyForTable(SQLTable&, SQLTable&) override { return QVSourceNode::node(); }
-    SourceNodePtr alterDropForeignKeysReferencingPrimaryKey(SQLTable&, SQLTable&) override {
-        return QVSourceNode::node();
-    }
-    Statements postLoadAsVectorSQLForeignKey(SQLForeignKey&, SQLTable&) override { return {}; }
+    std::string alterType(SQLField&, SQLField&) override { return {}; }  // no column changes
 
     // Statements
     std::string exportSQLContainer(SQLContainer& container) override;
-    /// SQLite has no schemas: in runnable scripts schema and name make one name, in queries of views too.
-    std::string getCanonicalNameWithLinkString(SQLTable& table, std::string_view linkString) override;
-    [[nodiscard]] std::string viewQuery(SQLView& view) override;
     [[nodiscard]] SQLTable::Components fieldListForTable(SQLTable& table) override;
     std::string exportSQLField(SQLField& field) override;
     SourceNodePtr primaryKeyBlock(SQLTable& table) override;
     std::string quoteDefaultValue(std::string_view value, SQLField& field) override;
-    /// Indexes share the names of the tables.
-    std::string indexNameInScript(SQLTable&, std::string_view name) override { return nameInScript("", name); }
-    void reserveTableName(SQLTable& table) override { nameInScript("", table.fullyQualifiedNameForIndexNames()); }
-    std::string withoutForeignKeyChecks(std::string_view statements) override;
-    [[nodiscard]] std::string userBlock(std::string_view block) override;
     [[nodiscard]] bool fieldIsIntegerType(const SQLField& field) const;
     [[nodiscard]] bool fieldIsFirstIntegerPK(const SQLField& field) const;
-    std::string exportSQLForeignKey(SQLForeignKey& key) override;
     std::string addIndex(SQLIndex& index, SQLTable& table) override;
     using GenericSQLExporter::addIndex;
-    Statements postLoadAsVectorSQLField(SQLField& field, SQLTable& table) override;
     [[nodiscard]] std::string prefixForIndexedProperty(SQLField& field) override;
     std::string dropIndex(SQLField& field, SQLTable& table) override;
     std::string alterSQLIndex(SQLIndex& index, SQLIndex& oldIndex) override;
     std::string dropSQLField(SQLField& field) override;
     std::string dropSQLConstraint(SQLConstraint& constraint) override;
-    std::string addSQLConstraint(SQLConstraint& constraint) override;
 
-private:
-    std::unordered_map<std::string, std::string> _canonicalNames;  // by lower-cased qualified name, for one export
+protected:
+    /// True for a column by which the server counts rows, when it is the only one of the primary key. Kept: the type
+    /// must be spelt exactly so, unlike in `fieldIsIntegerType`.
+    [[nodiscard]] virtual bool countsRows(const SQLField& field) const {
+        return field.getAutoIncrement() && field.getType() == "INTEGER";
+    }
 };
 
 }  // namespace vellicor

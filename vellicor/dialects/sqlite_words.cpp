@@ -18,15 +18,8 @@ constexpr std::string_view kSqliteWords[] = {
     "SAVEPOINT", "SELECT", "SET", "TABLE", "TEMP", "TEMPORARY", "THEN", "TO", "TRANSACTION", "TRIGGER", "UNION",
     "UNIQUE", "UPDATE", "USING", "VACUUM", "VALUES", "VIEW", "VIRTUAL", "WHEN", "WHERE"};
 
-/// Reserved by the library of today too.
-constexpr std::string_view kFurtherSqliteWords[] = {"NOTHING", "RETURNING"};
-
 }  // namespace
 
 std::span<const std::string_view> SQLiteExporter::reservedWords() const { return kSqliteWords; }
-
-bool SQLiteExporter::runsOnlyQuoted(std::string_view name) const {
-    return isRefusedBare(name, containsWord(kSqliteWords, name) || containsWord(kFurtherSqliteWords, name));
-}
 
 }  // namespace vellicor

@@ -16,18 +16,18 @@ std::string SybaseSQLExporter::instructionSeparator() {
 Statements SybaseSQLExporter::postLoadAsVectorSQLTable(SQLTable& table) {
     Statements statements;
     const std::vector<std::string> primaryKey = table.primaryKeyList();
-    if (!primaryKey.empty()) {
-        const std::string name = writesRunnableScripts() ? getCanonicalName(table) : quoteIdentifier(table.getName());
-        statements.push_back(text("CREATE UNIQUE INDEX PrimaryIndex on %@ (%@)%@\n", name,
-                                  joined(quoteMembersForSQL(primaryKey), ","),
-                                  writesRunnableScripts() ? instructionSeparator() : ""));
-    }
+    if (!primaryKey.empty())
+        statements.push_back(primaryIndexStatement(table, joined(quoteMembersForSQL(primaryKey), ",")));
     for (const auto& component : table.objectList()) {
         if (!as<SQLIndex>(component.get())) continue;
         for (std::string& statement : postLoadAsVectorSQLTableComponent(*component, table))
             statements.push_back(std::move(statement));
     }
     return statements;
+}
+
+std::string SybaseSQLExporter::primaryIndexStatement(SQLTable& table, const std::string& columns) {
+    return text("CREATE UNIQUE INDEX PrimaryIndex on %@ (%@)\n", quoteIdentifier(table.getName()), columns);
 }
 
 }  // namespace vellicor

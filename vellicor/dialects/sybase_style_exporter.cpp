@@ -1,12 +1,8 @@
 // vellicor/dialects/sybase_style_exporter.cpp — what SQL Server and Sybase have in common.
 #include "vellicor/dialects/sybase_style_exporter.h"
 
-#include <algorithm>
-#include <array>
-
 #include "vellicor/export/exporter_common.h"
 #include "vellicor/model/field.h"
-#include "vellicor/platform/regular_expression.h"
 #include "vellicor/platform/text_format.h"
 
 namespace vellicor {
@@ -40,23 +36,14 @@ std::vector<std::string> SybaseStyleExporter::quoteMembersForSQL(const std::vect
 
 std::string SybaseStyleExporter::quotedColumnName(const std::string& name) {
     // A reserved word needs quotes as a name, though it holds no blank.
-    return quoteForSQL(name, objectNameRequiresQuoting(name) || (writesRunnableScripts() && useQuotedIdentifier()));
+    return quoteForSQL(name, objectNameRequiresQuoting(name));
 }
 
 OptionalText SybaseStyleExporter::primaryKeyConstraintName(SQLTable& table) {
     return quoteIdentifier(table.primaryKeyConstraintName());
 }
 
-bool SybaseStyleExporter::shouldQuoteDefaultFieldValue(std::string_view value, SQLField& field) {
-    static constexpr std::array<std::string_view, 5> kWords{"CURRENT_TIMESTAMP", "CURRENT_USER", "SESSION_USER",
-                                                            "SYSTEM_USER", "USER"};
-    static const RegularExpression number(R"([-+]?[0-9]+(\.[0-9]*)?)");
-    if (!GenericSQLExporter::shouldQuoteDefaultFieldValue(value, field)) return false;
-    if (!writesRunnableScripts()) return true;
-    const bool isWord = std::ranges::find(kWords, uppercased(value)) != kWords.end();
-    const bool isCall = value.ends_with(')') && !value.starts_with('\'');
-    return !isWord && !isCall && !number.firstMatchCovers(value);
-}
+std::string SybaseStyleExporter::defaultInColumn(std::string_view value, SQLField&) { return quoteForSQL(value); }
 
 std::string SybaseStyleExporter::addIndex(SQLIndex& index, SQLTable& table) {
     return ExporterCommon::addIndex(index, table, *this);
@@ -67,10 +54,8 @@ std::string SybaseStyleExporter::nullOrNotString(SQLField& field) { return field
 std::string SybaseStyleExporter::exportSQLField(SQLField& field) {
     std::string sql = text("%@ %@", quotedColumnName(field.getName()), fieldType(field));
     sql += nullOrNotString(field);
-    if (const std::string value = field.getDefaultValue(); !value.empty()) {
-        // Kept: in classic text a default is quoted like a name.
-        sql += text(" DEFAULT %@", writesRunnableScripts() ? quoteDefaultValue(value, field) : quoteForSQL(value));
-    }
+    if (const std::string value = field.getDefaultValue(); !value.empty())
+        sql += text(" DEFAULT %@", defaultInColumn(value, field));
     sql += nodeText(inlineCheckConstraint(field));
     if (field.getAutoIncrement() && isFirstAutoIncrement(field)) sql += " IDENTITY";
     return sql;

@@ -12,17 +12,16 @@ public:
     [[nodiscard]] bool supportsIndexPostLoad() const override { return true; }
     [[nodiscard]] bool supportsViews() const override { return true; }
     [[nodiscard]] std::span<const std::string_view> reservedWords() const override;
-    std::string exportSQLIndex(SQLIndex&) override { return {}; }  // indexes are statements of their own
+    [[nodiscard]] bool indexesStandInTable() const override { return false; }
 
     // Names and values
     using GenericSQLExporter::quoteForSQL;
     std::string quoteForSQL(std::string_view text, bool force) override;
     [[nodiscard]] std::vector<std::string> quoteMembersForSQL(const std::vector<std::string>& names);
     [[nodiscard]] OptionalText primaryKeyConstraintName(SQLTable& table) override;
-    [[nodiscard]] std::string quotedColumnName(const std::string& name);
-
-    /// In runnable scripts numbers, calls and words such as CURRENT_TIMESTAMP stay bare.
-    [[nodiscard]] bool shouldQuoteDefaultFieldValue(std::string_view value, SQLField& field) override;
+    [[nodiscard]] virtual std::string quotedColumnName(const std::string& name);
+    /// A default value as it stands in the column. Kept: it is quoted like a name.
+    [[nodiscard]] virtual std::string defaultInColumn(std::string_view value, SQLField& field);
 
     // Statements
     using GenericSQLExporter::addIndex;

@@ -1,7 +1,6 @@
 // vellicor/export/exporter_common.cpp — statements that several dialects share.
 #include "vellicor/export/exporter_common.h"
 
-#include "vellicor/export/export_dialect_common.h"
 #include "vellicor/export/generic_exporter.h"
 #include "vellicor/model/field.h"
 #include "vellicor/model/index.h"
@@ -12,10 +11,7 @@ namespace vellicor {
 
 namespace {
 
-/// The property that names a primary key in the dialects' short form; not the one that the model itself keeps.
-constexpr const char* kShortPrimaryKeyName = "PK_NAME";
-
-std::string columnList(SQLIndex& index, GenericSQLExporter& exporter) {
+std::string columnList(SQLIndex& index, GenericCreateScript& exporter) {
     std::vector<std::string> columns;
     for (SQLField* field : index.fieldList()) {
         std::string column = exporter.quoteIdentifier(field->getName());
@@ -35,24 +31,21 @@ std::string dropForeignKeyStatement(SQLConnectable& key, const std::string& tabl
 
 }  // namespace
 
-std::string ExporterCommon::addIndex(SQLIndex& index, SQLTable& table, GenericSQLExporter& exporter) {
+std::string ExporterCommon::addIndex(SQLIndex& index, SQLTable& table, GenericCreateScript& exporter) {
     return addIndex(index, table, exporter, IndexStatementForm());
 }
 
-std::string ExporterCommon::addIndex(SQLIndex& index, SQLTable& table, GenericSQLExporter& exporter, bool addSeparator,
+std::string ExporterCommon::addIndex(SQLIndex& index, SQLTable& table, GenericCreateScript& exporter, bool addSeparator,
                                      bool addCreateInstruction) {
     const IndexStatementForm form{.addSeparator = addSeparator, .addCreateInstruction = addCreateInstruction};
     return addIndex(index, table, exporter, form);
 }
 
-std::string ExporterCommon::addIndex(SQLIndex& index, SQLTable& table, GenericSQLExporter& exporter,
+std::string ExporterCommon::addIndex(SQLIndex& index, SQLTable& table, GenericCreateScript& exporter,
                                      const IndexStatementForm& form) {
     if (!exporter.checkIndexValid(index)) return {};
     const std::string condition = exporter.ifNotExists(exporter.supportsIfNotExistsSQLIndex());
-    const bool isEmpty = index.indexListCount() == 0;  // a remark, which takes no name
-    const bool isNumbered = GenericSQLExporter::writesRunnableScripts() && !isEmpty;
-    const std::string name = isNumbered ? exporter.nameForIndexStatement(table, index.getName())
-                                        : exporter.getNameForIndexWithIndex(table, index);
+    const std::string name = exporter.nameForIndexStatement(table, index);
     const std::string place = form.withTableName ? text("ON %@ ", exporter.getCanonicalName(table)) : std::string();
     std::string sql(form.addCreateInstruction ? "CREATE " : "");
     sql += exporter.indexTypeInScript(index);
@@ -60,7 +53,7 @@ std::string ExporterCommon::addIndex(SQLIndex& index, SQLTable& table, GenericSQ
     const std::string columns = columnList(index, exporter);
     sql += text(" %@ %@%@ %@(%@)", exporter.getIndexKeyword(index), condition, name, place, columns);
     if (form.addSeparator) sql += exporter.instructionSeparator() + "\n";
-    return isEmpty ? text("/*%@*/\n", exporter.commentText(sql)) : sql;
+    return index.indexListCount() == 0 ? text("/*%@*/\n", exporter.commentText(sql)) : sql;
 }
 
 std::string ExporterCommon::fieldTypeWithTimeZone(SQLField& field) {
@@ -68,7 +61,7 @@ std::string ExporterCommon::fieldTypeWithTimeZone(SQLField& field) {
     return withTimeZone ? "TIMESTAMP WITH TIMEZONE " : field.getType();
 }
 
-std::string ExporterCommon::dropForeignKey(SQLTable& table, SQLConnectable& key, GenericSQLExporter& exporter) {
+std::string ExporterCommon::dropForeignKey(SQLTable& table, SQLConnectable& key, GenericCreateScript& exporter) {
     return dropForeignKeyStatement(key, exporter.getCanonicalName(table));
 }
 
@@ -78,14 +71,6 @@ std::string ExporterCommon::dropForeignKey(SQLTable& table, SQLConnectable& key)
     if (document) exporter = document->currentDialectExporter();
     if (!exporter) exporter = GenericSQLExporter::exporter();
     return dropForeignKeyStatement(key, exporter->getCanonicalName(table));
-}
-
-std::string SQLExportDialectCommon::dropPrimaryKeyInstruction(SQLTable& table, SQLField& newField,
-                                                              SQLExportDialect& exporter) {
-    if (!newField.hasProperty(kShortPrimaryKeyName)) return {};
-    const std::string name = newField.getProperty(kShortPrimaryKeyName);
-    return text("ALTER TABLE %@ DROP CONSTRAINT \"%@\"%@", exporter.getCanonicalName(table), name,
-                exporter.getInstructionSeparator());
 }
 
 }  // namespace vellicor

@@ -20,15 +20,15 @@ class ExporterCommon {
 public:
     /// "CREATE <type> INDEX <name> ON <table> (<columns>)", the separator and a line break. Empty when the exporter
     /// refuses the index; inside a comment when the index has no columns.
-    static std::string addIndex(SQLIndex& index, SQLTable& table, GenericSQLExporter& exporter);
-    static std::string addIndex(SQLIndex& index, SQLTable& table, GenericSQLExporter& exporter, bool addSeparator,
+    static std::string addIndex(SQLIndex& index, SQLTable& table, GenericCreateScript& exporter);
+    static std::string addIndex(SQLIndex& index, SQLTable& table, GenericCreateScript& exporter, bool addSeparator,
                                 bool addCreateInstruction);
-    static std::string addIndex(SQLIndex& index, SQLTable& table, GenericSQLExporter& exporter,
+    static std::string addIndex(SQLIndex& index, SQLTable& table, GenericCreateScript& exporter,
                                 const IndexStatementForm& form);
     /// "TIMESTAMP WITH TIMEZONE " for a time stamp with a time zone, otherwise the column's type.
     static std::string fieldTypeWithTimeZone(SQLField& field);
     /// Drops a key by its name, which is not quoted. Empty, with a line in the log, when the key has no name.
-    static std::string dropForeignKey(SQLTable& table, SQLConnectable& key, GenericSQLExporter& exporter);
+    static std::string dropForeignKey(SQLTable& table, SQLConnectable& key, GenericCreateScript& exporter);
     /// The same with the table's name as the dialect of its document writes it.
     static std::string dropForeignKey(SQLTable& table, SQLConnectable& key);
 };

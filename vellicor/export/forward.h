@@ -5,6 +5,7 @@
 
 namespace vellicor {
 
+class GenericCreateScript;
 class GenericSQLExporter;
 class GenericSQLExporterAppender;
 class QVSourceNode;

@@ -1,8 +1,10 @@
 // vellicor/export/generic_exporter_alter.cpp — from an old table to a new one: columns, indexes, constraints.
+#include "vellicor/export/generic_exporter_alter.h"
+
 #include "vellicor/export/exporter_common.h"
-#include "vellicor/export/generic_exporter.h"
 #include "vellicor/model/field.h"
 #include "vellicor/model/index.h"
+#include "vellicor/platform/exception.h"
 #include "vellicor/platform/log.h"
 #include "vellicor/platform/text_format.h"
 
@@ -18,14 +20,14 @@ std::string propertiesText(const SQLObject& object) {
     return text("{%@}", list);
 }
 
-}  // namespace
-
-std::string GenericSQLExporter::canonicalTableName(SQLTableComponent& component) {
-    SQLTable* table = component.parentTable();
-    return table ? getCanonicalName(*table) : std::string();
+SQLTable& tableOf(SQLTableComponent& component) {
+    if (SQLTable* table = component.parentTable()) return *table;
+    throw AssertionFailure("component should stand in a table");
 }
 
-std::string GenericSQLExporter::alter(SQLObject& object, SQLObject& oldObject) {
+}  // namespace
+
+std::string GenericAlterScript::alter(SQLObject& object, SQLObject& oldObject) {
     auto* table = as<SQLTable>(&object);
     auto* oldTable = as<SQLTable>(&oldObject);
     if (!table || !oldTable) return {};
@@ -34,43 +36,38 @@ std::string GenericSQLExporter::alter(SQLObject& object, SQLObject& oldObject) {
     return joined(statements, ";\n");
 }
 
-Statements GenericSQLExporter::alterSQLTableAsVector(SQLTable&, SQLTable&, SQLObject*) { return {}; }
+Statements GenericAlterScript::alterSQLTableAsVector(SQLTable&, SQLTable&, SQLObject*) { return {}; }
 
-Statements GenericSQLExporter::alterSQLFieldAsVector(SQLField& field, SQLField& oldField, SQLObject*) {
+Statements GenericAlterScript::alterSQLFieldAsVector(SQLField& field, SQLField& oldField, SQLObject*) {
     return {alterType(field, oldField)};
 }
 
-std::string GenericSQLExporter::alterType(SQLField& field, SQLField& oldField) {
+std::string GenericAlterScript::alterType(SQLField& field, SQLField& oldField) {
     const std::string type = field.getType();
     if (type == oldField.getType()) return {};
     const std::string column = quoteIdentifier(field.getName());
     return text("ALTER TABLE %@ ALTER COLUMN %@ TYPE %@", canonicalTableName(field), column, type);
 }
 
-std::string GenericSQLExporter::addColumn(SQLField& field) {
+std::string GenericAlterScript::addColumn(SQLField& field) {
     return text("ALTER TABLE %@ ADD COLUMN %@", canonicalTableName(field), export_(field));
 }
 
-std::string GenericSQLExporter::addField(SQLField& field, SQLTable& table) {
+std::string GenericAlterScript::addField(SQLField& field, SQLTable& table) {
     return text("ALTER TABLE %@ ADD COLUMN %@ %@\n", getCanonicalName(table), export_(field), instructionSeparator());
 }
 
-std::string GenericSQLExporter::dropSQLField(SQLField& field) {
+std::string GenericAlterScript::dropSQLField(SQLField& field) {
     return text("ALTER TABLE %@ DROP COLUMN %@", canonicalTableName(field), quoteIdentifier(field.getName()));
 }
 
-std::string GenericSQLExporter::dropSQLIndex(SQLIndex& index) {
+std::string GenericAlterScript::dropSQLIndex(SQLIndex& index) {
     return text("DROP INDEX %@", nameOfExistingIndex(index));
 }
 
-std::string GenericSQLExporter::nameOfExistingIndex(SQLIndex& index) {
-    SQLTable* table = index.parentTable();
-    // Kept: in classic text the prefix that the index was made with is left out.
-    const bool isAsMade = writesRunnableScripts() && table;
-    return isAsMade ? getNameForIndexWithIndex(*table, index) : quoteIdentifier(index.getName());
-}
+std::string GenericAlterScript::nameOfExistingIndex(SQLIndex& index) { return quoteIdentifier(index.getName()); }
 
-std::string GenericSQLExporter::alterSQLIndex(SQLIndex& index, SQLIndex& oldIndex) {
+std::string GenericAlterScript::alterSQLIndex(SQLIndex& index, SQLIndex& oldIndex) {
     log("alter index called");
     std::string sql = text("ALTER TABLE %@", canonicalTableName(oldIndex));
     sql += text(" DROP %@ %@", getIndexKeyword(oldIndex), nameOfExistingIndex(oldIndex));
@@ -82,12 +79,12 @@ std::string GenericSQLExporter::alterSQLIndex(SQLIndex& index, SQLIndex& oldInde
     return sql + text("%@\n", instructionSeparator());
 }
 
-std::string GenericSQLExporter::alterSQLConstraint(SQLConstraint&, SQLConstraint&) {
+std::string GenericAlterScript::alterSQLConstraint(SQLConstraint&, SQLConstraint&) {
     log(text("unsupported alterSQLConstraint for exporter %@", getName()));
     return {};
 }
 
-SourceNodePtr GenericSQLExporter::dropSQLConstraintAsNode(SQLConstraint& constraint) {
+SourceNodePtr GenericAlterScript::dropSQLConstraintAsNode(SQLConstraint& constraint) {
     auto node = QVSourceNode::node();
     node->addChildWithValue("ALTER TABLE");
     node->addChildWithValue(canonicalTableName(constraint));
@@ -96,13 +93,12 @@ SourceNodePtr GenericSQLExporter::dropSQLConstraintAsNode(SQLConstraint& constra
     return node;
 }
 
-std::string GenericSQLExporter::dropSQLConstraint(SQLConstraint& constraint) {
-    return isNeverWritten(constraint) ? std::string() : nodeText(dropSQLConstraintAsNode(constraint));
+std::string GenericAlterScript::dropSQLConstraint(SQLConstraint& constraint) {
+    return nodeText(dropSQLConstraintAsNode(constraint));
 }
 
-SourceNodePtr GenericSQLExporter::addSQLConstraintAsNode(SQLConstraint& constraint) {
+SourceNodePtr GenericAlterScript::addSQLConstraintAsNode(SQLConstraint& constraint) {
     auto node = QVSourceNode::node();
-    if (isNeverWritten(constraint)) return node;
     node->addChildWithValue("ALTER TABLE");
     node->addChildWithValue(canonicalTableName(constraint));
     node->addChildWithValue("ADD");
@@ -119,15 +115,15 @@ SourceNodePtr GenericSQLExporter::addSQLConstraintAsNode(SQLConstraint& constrai
     return node;
 }
 
-std::string GenericSQLExporter::addSQLConstraint(SQLConstraint& constraint) {
+std::string GenericAlterScript::addSQLConstraint(SQLConstraint& constraint) {
     return nodeText(addSQLConstraintAsNode(constraint));
 }
 
-Statements GenericSQLExporter::postLoadAlterSQLFieldAsVector(SQLField& field, SQLField& curField, SQLObject*) {
+Statements GenericAlterScript::postLoadAlterSQLFieldAsVector(SQLField& field, SQLField& curField, SQLObject*) {
     return alterIndexedProperty(field, curField);
 }
 
-Statements GenericSQLExporter::alterIndexedProperty(SQLField& field, SQLField& curField) {
+Statements GenericAlterScript::alterIndexedProperty(SQLField& field, SQLField& curField) {
     const bool indexed = field.getPropertyAsBoolean(keys::indexed);
     if (indexed == curField.getPropertyAsBoolean(keys::indexed)) return {};
     try {
@@ -150,7 +146,7 @@ Statements GenericSQLExporter::alterIndexedProperty(SQLField& field, SQLField& c
     }
 }
 
-bool GenericSQLExporter::canDropIndexedProperty(SQLField& curField, SQLField&) {
+bool GenericAlterScript::canDropIndexedProperty(SQLField& curField, SQLField&) {
     const std::string name = curField.getProperty(keys::indexedKeyName);
     const SQLIndex* index = nullptr;
     if (const SQLTable* table = curField.parentTable(); table && !name.empty())
@@ -160,25 +156,24 @@ bool GenericSQLExporter::canDropIndexedProperty(SQLField& curField, SQLField&) {
     return canDrop;
 }
 
-std::string GenericSQLExporter::dropIndex(SQLField& field, SQLTable& table) {
+std::string GenericAlterScript::dropIndex(SQLField& field, SQLTable& table) {
     const std::string name = nameOfExistingIndex(field, table);
     return text("ALTER TABLE %@ DROP INDEX %@%@\n", getCanonicalName(table), name, instructionSeparator());
 }
 
-std::string GenericSQLExporter::nameOfExistingIndex(SQLField& field, SQLTable& table) {
-    const std::string keyName = field.getProperty(keys::indexedKeyName);
-    // Kept: in classic text a name that is there but empty is a name.
-    const bool isNamed = writesRunnableScripts() ? !keyName.empty() : field.hasProperty(keys::indexedKeyName);
-    const std::string name = isNamed ? quoteIdentifier(keyName) : fieldIndexName(field, table);
+std::string GenericAlterScript::nameOfExistingIndex(SQLField& field, SQLTable& table) {
+    const bool isNamed = field.hasProperty(keys::indexedKeyName);  // Kept: a name that is there but empty is a name
+    const std::string name =
+        isNamed ? quoteIdentifier(field.getProperty(keys::indexedKeyName)) : fieldIndexName(field, table);
     logDropIndexName(name, field);
     return name;
 }
 
-void GenericSQLExporter::logDropIndexName(std::string_view indexName, const SQLField& field) {
+void GenericAlterScript::logDropIndexName(std::string_view indexName, const SQLField& field) {
     log(text("dropIndexName = %@ %@", indexName, propertiesText(field)));
 }
 
-std::string GenericSQLExporter::fieldIndexName(SQLField& field, SQLTable& table) {
+std::string GenericAlterScript::fieldIndexName(SQLField& field, SQLTable& table) {
     std::string name = getIndexNameForFieldIndexed(field);
     if (shouldPrefixFieldLevelIndexNames()) {
         const std::string prefix = text("%@_", table.getBaseName());

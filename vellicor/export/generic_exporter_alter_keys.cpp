@@ -3,7 +3,7 @@
 #include <iterator>
 #include <optional>
 
-#include "vellicor/export/generic_exporter.h"
+#include "vellicor/export/generic_exporter_alter.h"
 #include "vellicor/model/field.h"
 #include "vellicor/model/foreign_key.h"
 #include "vellicor/model/primary_key_references.h"
@@ -22,7 +22,7 @@ constexpr const char* kAddEntry = "#addInstructionEntry";
 /// While it lives, both sides of a comparison spell out whether they are deferrable.
 class ExplicitDeferrable {
 public:
-    explicit ExplicitDeferrable(GenericSQLExporter& exporter)
+    explicit ExplicitDeferrable(GenericSettings& exporter)
         : _exporter(exporter), _previous(exporter.addExplicitDeferrable()) {
         exporter.setAddExplicitDeferrable(true);
     }
@@ -31,7 +31,7 @@ public:
     ExplicitDeferrable& operator=(const ExplicitDeferrable&) = delete;
 
 private:
-    GenericSQLExporter& _exporter;
+    GenericSettings& _exporter;
     bool _previous;
 };
 
@@ -61,11 +61,6 @@ bool listsMatch(const std::vector<std::string>& a, const std::vector<std::string
     return false;
 }
 
-bool actionsMatch(std::uint64_t a, std::uint64_t b, std::uint64_t unsetAction) {
-    constexpr std::uint64_t unset = action::none;
-    return a == b || (a == unset && b == unsetAction) || (b == unset && a == unsetAction);
-}
-
 /// Whether two keys are of one kind and have one name, as the database knows it: a column's key and a key object never
 /// stand for each other, nor does a key for what it was called before.
 bool haveSameKindAndName(SQLConnectable& a, SQLConnectable& b) {
@@ -85,31 +80,31 @@ bool haveSameEnds(const SQLConnectable& a, const SQLConnectable& b) {
 
 // --- bookkeeping
 
-void GenericSQLExporter::beginAlterRun(const SQLContainer& database, const PrimaryKeyReferences& references) {
+void GenericAlterScript::beginAlterRun(const SQLContainer& database, const PrimaryKeyReferences& references) {
     _droppedForeignKeys.clear();
     _databaseContainer = &database;
     _primaryKeyReferences = &references;
 }
 
-void GenericSQLExporter::endAlterRun() {
+void GenericAlterScript::endAlterRun() {
     _databaseContainer = nullptr;
     _primaryKeyReferences = nullptr;
 }
 
-void GenericSQLExporter::markDropped(SQLConnectable& key) {
+void GenericAlterScript::markDropped(SQLConnectable& key) {
     _droppedForeignKeys.try_emplace(&key, key.connectableComponent().shared_from_this());
 }
 
 // --- dropping one key
 
-std::string GenericSQLExporter::unknownForeignKeyComment(SQLConnectable& key, std::string_view keyName) {
+std::string GenericAlterScript::unknownForeignKeyComment(SQLConnectable& key, std::string_view keyName) {
     const SQLTable* table = key.connectableComponent().parentTable();
     return text("/* Need to DROP Foreign Key constraint from field %@(%@), but constraint name unknown */",
                 commentText(table ? table->getName() : std::string()), commentText(keyName));
 }
 
-std::string GenericSQLExporter::dropForeignKey(SQLConnectable& key) {
-    if (wasDropped(key)) return {};
+std::string GenericAlterScript::dropForeignKey(SQLConnectable& key) {
+    if (!canAlterConstraints() || wasDropped(key)) return {};
     const std::string referenceId = key.getReferenceId();
     if (referenceId.empty()) return unknownForeignKeyComment(key, key.connectableComponent().getName());
     markDropped(key);
@@ -117,9 +112,9 @@ std::string GenericSQLExporter::dropForeignKey(SQLConnectable& key) {
     return text("ALTER TABLE %@ DROP CONSTRAINT %@", table, quoteIdentifier(referenceId));
 }
 
-SourceNodePtr GenericSQLExporter::dropSQLForeignKeyNode(SQLForeignKey& key) {
+SourceNodePtr GenericAlterScript::dropSQLForeignKeyNode(SQLForeignKey& key) {
     auto node = QVSourceNode::node();
-    if (wasDropped(key)) return node;
+    if (!canAlterConstraints() || wasDropped(key)) return node;
     markDropped(key);
     node->addChildWithValue("ALTER TABLE");
     node->addChildWithValue(canonicalTableName(key));
@@ -129,15 +124,10 @@ SourceNodePtr GenericSQLExporter::dropSQLForeignKeyNode(SQLForeignKey& key) {
     return node;
 }
 
-std::string GenericSQLExporter::dropSQLForeignKey(SQLForeignKey& key) { return nodeText(dropSQLForeignKeyNode(key)); }
+std::string GenericAlterScript::dropSQLForeignKey(SQLForeignKey& key) { return nodeText(dropSQLForeignKeyNode(key)); }
 
-Statements GenericSQLExporter::alterSQLForeignKeyAsVector(SQLForeignKey* key, SQLForeignKey* oldKey, SQLObject*) {
-    if (key && oldKey && key->getComparisonString() == oldKey->getComparisonString()) {
-        // Kept: in classic text a key whose actions alone have changed stays as it was.
-        const bool actsAlike = actionsMatch(key->deleteAction(), oldKey->deleteAction(), defaultDeleteAction()) &&
-                               actionsMatch(key->updateAction(), oldKey->updateAction(), defaultUpdateAction());
-        if (actsAlike || !writesRunnableScripts()) return {};
-    }
+Statements GenericAlterScript::alterSQLForeignKeyAsVector(SQLForeignKey* key, SQLForeignKey* oldKey, SQLObject*) {
+    if (!supportsForeignKeys() || (key && oldKey && isUnchanged(*key, *oldKey))) return {};
     Statements statements;
     if (oldKey) statements.push_back(dropSQLForeignKey(*oldKey));
     if (SQLTable* table = key ? key->parentTable() : nullptr)
@@ -148,7 +138,16 @@ Statements GenericSQLExporter::alterSQLForeignKeyAsVector(SQLForeignKey* key, SQ
 
 // --- comparing keys
 
-bool GenericSQLExporter::isForeignKeyMatchForFieldA(SQLConnectable& fieldA, SQLConnectable& fieldB) {
+bool GenericAlterScript::isUnchanged(SQLForeignKey& key, SQLForeignKey& oldKey) {
+    return key.getComparisonString() == oldKey.getComparisonString();
+}
+
+bool GenericAlterScript::actionsMatch(std::uint64_t a, std::uint64_t b, std::uint64_t unsetAction) {
+    constexpr std::uint64_t unset = action::none;
+    return a == b || (a == unset && b == unsetAction) || (b == unset && a == unsetAction);
+}
+
+bool GenericAlterScript::isForeignKeyMatchForFieldA(SQLConnectable& fieldA, SQLConnectable& fieldB) {
     const SQLTable* targetA = fieldA.targetTable();
     const SQLTable* targetB = fieldB.targetTable();
     if (!targetA || !targetB || targetA->fullyQualifiedName() != targetB->fullyQualifiedName()) return false;
@@ -177,7 +176,7 @@ bool GenericSQLExporter::isForeignKeyMatchForFieldA(SQLConnectable& fieldA, SQLC
     return true;
 }
 
-int GenericSQLExporter::foreignKeyMatches(SQLField& field, SQLField& oldField) {
+int GenericAlterScript::foreignKeyMatches(SQLField& field, SQLField& oldField) {
     const OptionalText reference = field.getReferences();
     const OptionalText oldReference = oldField.getReferences();
     if (reference == oldReference) return 0;
@@ -187,7 +186,7 @@ int GenericSQLExporter::foreignKeyMatches(SQLField& field, SQLField& oldField) {
 
 // --- keys of columns
 
-std::string GenericSQLExporter::foreignKeyClause(SQLField& field) {
+std::string GenericAlterScript::foreignKeyClause(SQLField& field) {
     if (!field.parentTable()) return {};
     const ExplicitDeferrable explicitly(*this);
     const ForeignKeyForm form{.asExternalInstruction = false, .isInstructionComparison = true};
@@ -195,7 +194,7 @@ std::string GenericSQLExporter::foreignKeyClause(SQLField& field) {
     return std::string(trimmed(clause));
 }
 
-GenericSQLExporter::ForeignKeyChange GenericSQLExporter::foreignKeyChange(SQLField& field, SQLField& databaseField) {
+GenericAlterScript::ForeignKeyChange GenericAlterScript::foreignKeyChange(SQLField& field, SQLField& databaseField) {
     if (const SQLTable* table = field.parentTable(); table && !canLinkToObject(*table)) return {};
     const bool isWanted = !foreignKeyClause(field).empty();
     const bool exists = !foreignKeyClause(databaseField).empty();
@@ -214,7 +213,7 @@ GenericSQLExporter::ForeignKeyChange GenericSQLExporter::foreignKeyChange(SQLFie
     return change;
 }
 
-SourceNodePtr GenericSQLExporter::alterForeignKeyAsNode(SQLField& field, SQLField& databaseField) {
+SourceNodePtr GenericAlterScript::alterForeignKeyAsNode(SQLField& field, SQLField& databaseField) {
     const ForeignKeyChange change = foreignKeyChange(field, databaseField);
     auto node = lines();
     addWithId(node, QVSourceNode::nodeWithValue(change.drop, ""), kDropEntry);
@@ -222,14 +221,14 @@ SourceNodePtr GenericSQLExporter::alterForeignKeyAsNode(SQLField& field, SQLFiel
     return node;
 }
 
-Statements GenericSQLExporter::alterForeignKey(SQLField& field, SQLField& databaseField) {
+Statements GenericAlterScript::alterForeignKey(SQLField& field, SQLField& databaseField) {
     ForeignKeyChange change = foreignKeyChange(field, databaseField);
     Statements statements{std::move(change.drop), std::move(change.add)};
     std::erase(statements, "");
     return statements;
 }
 
-SourceNodePtr GenericSQLExporter::alterForeignKeyForTable(SQLTable& table, SQLTable& databaseTable) {
+SourceNodePtr GenericAlterScript::alterForeignKeyForTable(SQLTable& table, SQLTable& databaseTable) {
     auto node = lines();
     auto drops = addWithId(node, lines(), kDropInstructions);
     auto adds = addWithId(node, lines(), kAddInstructions);
@@ -246,9 +245,9 @@ SourceNodePtr GenericSQLExporter::alterForeignKeyForTable(SQLTable& table, SQLTa
 
 // --- primary keys
 
-SourceNodePtr GenericSQLExporter::alterPrimaryKeyForTable(SQLTable& table, SQLTable& databaseTable) {
+SourceNodePtr GenericAlterScript::alterPrimaryKeyForTable(SQLTable& table, SQLTable& databaseTable) {
     auto node = lines();
-    if (table.primaryKeyList() == databaseTable.primaryKeyList()) return node;
+    if (!canAlterConstraints() || table.primaryKeyList() == databaseTable.primaryKeyList()) return node;
     std::vector<SQLConnectable*> references;
     if (databaseTable.hasPrimaryKey()) {
         references = foreignKeysReferencing(databaseTable);
@@ -267,24 +266,24 @@ SourceNodePtr GenericSQLExporter::alterPrimaryKeyForTable(SQLTable& table, SQLTa
     return node;
 }
 
-std::string GenericSQLExporter::alterPrimaryKey(SQLField& field, SQLField& databaseField) {
+std::string GenericAlterScript::alterPrimaryKey(SQLField& field, SQLField& databaseField) {
     SQLTable* table = field.parentTable();
     SQLTable* databaseTable = databaseField.parentTable();
     return table && databaseTable ? nodeText(alterPrimaryKeyForTable(*table, *databaseTable)) : std::string();
 }
 
-SourceNodePtr GenericSQLExporter::alterDropForeignKeysReferencingPrimaryKey(SQLTable&, SQLTable& databaseTable) {
-    return dropForeignKeyList(foreignKeysReferencing(databaseTable));
+SourceNodePtr GenericAlterScript::alterDropForeignKeysReferencingPrimaryKey(SQLTable&, SQLTable& databaseTable) {
+    return canAlterConstraints() ? dropForeignKeyList(foreignKeysReferencing(databaseTable)) : QVSourceNode::node();
 }
 
-SourceNodePtr GenericSQLExporter::primaryKeyConstraintNameGuessWarning(SQLTable& table) {
+SourceNodePtr GenericAlterScript::primaryKeyConstraintNameGuessWarning(SQLTable& table) {
     if (table.hasProperty(keys::primaryKeyName)) return QVSourceNode::node();
     const std::string warning = text("Need to modify primary key on table %@ but constraint name not set - guessing %@",
                                      table.getName(), primaryKeyConstraintName(table));
     return QVSourceNode::commentBlockWithStringValue(commentText(warning));
 }
 
-SourceNodePtr GenericSQLExporter::dropPrimaryKeyInstruction(SQLTable& table) {
+SourceNodePtr GenericAlterScript::dropPrimaryKeyInstruction(SQLTable& table) {
     auto node = alterTableNode(table, {"DROP CONSTRAINT"});
     if (const OptionalText name = primaryKeyConstraintName(table); name && !name->empty())
         node->addChildWithValue(quoteIdentifier(*name));
@@ -293,7 +292,7 @@ SourceNodePtr GenericSQLExporter::dropPrimaryKeyInstruction(SQLTable& table) {
     return node;
 }
 
-SourceNodePtr GenericSQLExporter::addPrimaryKeyInstruction(SQLTable& table) {
+SourceNodePtr GenericAlterScript::addPrimaryKeyInstruction(SQLTable& table) {
     auto node = alterTableNode(table, {"ADD CONSTRAINT"});
     if (const OptionalText name = primaryKeyConstraintName(table); name && !name->empty())
         node->addChildWithValue(quoteIdentifier(*name));
@@ -304,18 +303,18 @@ SourceNodePtr GenericSQLExporter::addPrimaryKeyInstruction(SQLTable& table) {
     return node;
 }
 
-std::vector<SQLConnectable*> GenericSQLExporter::foreignKeysReferencing(const SQLTable& table) const {
+std::vector<SQLConnectable*> GenericAlterScript::foreignKeysReferencing(const SQLTable& table) const {
     const bool isIndexed = _primaryKeyReferences && table.topLevelContainer() == _databaseContainer;
     return isIndexed ? _primaryKeyReferences->referencing(table) : table.foreignKeysReferencingPrimaryKey();
 }
 
-SourceNodePtr GenericSQLExporter::dropForeignKeyList(const std::vector<SQLConnectable*>& keys) {
+SourceNodePtr GenericAlterScript::dropForeignKeyList(const std::vector<SQLConnectable*>& keys) {
     auto node = lines();
     for (SQLConnectable* key : keys) node->addChildWithValue(dropForeignKey(*key), "")->setPostfixValue(";");
     return node;
 }
 
-SourceNodePtr GenericSQLExporter::addForeignKeyList(const std::vector<SQLConnectable*>& keys) {
+SourceNodePtr GenericAlterScript::addForeignKeyList(const std::vector<SQLConnectable*>& keys) {
     auto node = lines();
     for (SQLConnectable* key : keys) {
         const std::string statement = createReference(*key);
@@ -324,14 +323,14 @@ SourceNodePtr GenericSQLExporter::addForeignKeyList(const std::vector<SQLConnect
     return node;
 }
 
-std::string GenericSQLExporter::createReference(SQLConnectable& key) {
+std::string GenericAlterScript::createReference(SQLConnectable& key) {
     auto* object = as<SQLForeignKey>(&key);
     if (!object) return createForeignKey(key, {.asExternalInstruction = true});
     SQLTable* table = object->parentTable();
     return table ? joined(postLoadAsVector(*object, *table), "\n") : std::string();
 }
 
-std::vector<SQLConnectable*> GenericSQLExporter::filterForeignKeyList(const std::vector<SQLConnectable*>& keys,
+std::vector<SQLConnectable*> GenericAlterScript::filterForeignKeyList(const std::vector<SQLConnectable*>& keys,
                                                                       SQLContainer* documentContainer) {
     std::vector<SQLConnectable*> kept;
     if (!documentContainer) return kept;

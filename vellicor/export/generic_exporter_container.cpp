@@ -1,11 +1,14 @@
 // vellicor/export/generic_exporter_container.cpp — the create script of a whole document.
 #include <algorithm>
+#include <iterator>
 
-#include "vellicor/export/generic_exporter.h"
-#include "vellicor/export/sql_block_splitter.h"
+#include "vellicor/export/generic_exporter_appender.h"
+#include "vellicor/export/generic_exporter_create.h"
+#include "vellicor/model/index.h"
 #include "vellicor/model/view.h"
 #include "vellicor/platform/preference_keys.h"
 #include "vellicor/platform/preferences.h"
+#include "vellicor/platform/scoped_value.h"
 #include "vellicor/platform/text_format.h"
 
 namespace vellicor {
@@ -19,56 +22,76 @@ std::shared_ptr<SQLDocumentInfo> infoOf(SQLContainer& container) { return shared
 
 }  // namespace
 
-std::string GenericSQLExporter::exportSQLContainer(SQLContainer& container) {
+std::unique_ptr<ExportRun> GenericCreateScript::newRun(SQLContainer& container) {
+    return std::make_unique<ExportRun>(container);
+}
+
+std::string GenericCreateScript::exportSQLContainer(SQLContainer& container) {
     configureForExport();
     clearIndexCache();
-    _exportContainer = &container;
-    clearNamesInScript(container);
-    if (!_documentInfo) _documentInfo = infoOf(container);
+    const ScopedValue running(_run, newRun(container));
+    if (!documentInfo()) setDocumentInfo(infoOf(container));
 
-    std::string script;
-    if (shouldIncludeTitleHeader()) script += text("/* Vellicor (%@)*/\n", getName());
-    script += prologue(container);
-
-    const bool byName = Preferences::shared().integerForKey(prefs::exportObjectSortOrder) == kNameOrder;
-    auto objects = byName ? container.objectListSortedByName() : container.objectList();
-    if (writesRunnableScripts()) putViewsLast(objects);
-    for (const auto& object : objects) {
+    ScriptParts parts;
+    if (shouldIncludeTitleHeader()) parts.header = text("/* Vellicor (%@)*/\n", getName());
+    parts.prologue = prologue(container);
+    for (const auto& object : objectsInScript(container)) {
         const std::string sql = canExportObject(*object)
                                     ? export_(*object)
                                     : text("/* Export disabled for %@ */", commentText(getCanonicalName(*object)));
-        const std::string_view statement = trimmed(sql);
-        if (statement.empty()) continue;
+        if (const std::string_view statement = trimmed(sql); !statement.empty()) parts.objects.emplace_back(statement);
+    }
+    parts.postLoad = postLoad(container);
+    return layOut(std::move(parts));
+}
+
+std::string GenericCreateScript::layOut(ScriptParts parts) const {
+    std::string script = std::move(parts.header);
+    std::size_t size = script.size() + parts.prologue.size() + parts.postLoad.size() + 1;
+    for (const std::string& object : parts.objects) size += object.size() + 2;
+    script.reserve(size);
+    script += parts.prologue;
+    for (const std::string& object : parts.objects) {
         script += '\n';
-        script += statement;
+        script += object;
         script += '\n';
     }
     script += '\n';
-    script += postLoad(container);
-    _exportContainer = nullptr;
-    return script;
+    return script += parts.postLoad;
+}
+
+SQLContainer::Objects GenericCreateScript::objectsInScript(SQLContainer& container) {
+    const bool byName = Preferences::shared().integerForKey(prefs::exportObjectSortOrder) == kNameOrder;
+    return byName ? container.objectListSortedByName() : container.objectList();
+}
+
+bool GenericCreateScript::isWritten(const SQLObject& object) const {
+    if (const auto* constraint = as<const SQLConstraint>(&object))
+        return supportsCheckConstraints() || !constraint->isCheckConstraint();
+    return canExportObject(object) && (supportsViews() || !as<const SQLView>(&object));
 }
 
 /// The user's SQL, before and behind, is the container's; whether tables are dropped is the given document info's
 /// choice.
-std::string GenericSQLExporter::prologueSQLContainer(SQLContainer& container) {
+std::string GenericCreateScript::prologueSQLContainer(SQLContainer& container) {
     container.reorderByForeignKeys();
     container.updateTargetTableLists();
-    if (writesRunnableScripts()) return runnablePrologue(container);
     std::string sql = joined(GenericSQLExporterAppender::prologueSQLBlockForContainer(container), "\n") + "\n";
-
-    const bool drops = _documentInfo && _documentInfo->getDropTableOption();
-    for (SQLTable* table : tablesInDropOrder(container)) {
+    for (SQLTable* table : tablesInDropOrder(container)) {  // Kept: ignored tables are dropped too
         auto* view = as<SQLView>(table);
         if (!view)
             sql += dropSQLTable(*table);
-        else if (drops && supportsViews())
+        else if (dropsFirst() && supportsViews())
             sql += dropSQLView(*view);
     }
     return sql;
 }
 
-std::vector<SQLTable*> GenericSQLExporter::tablesInDropOrder(SQLContainer& container) {
+std::vector<SQLTable*> GenericCreateScript::referencingTables(const SQLTable& table) const {
+    return table.getTargetTableForFKList();
+}
+
+std::vector<SQLTable*> GenericCreateScript::tablesInDropOrder(SQLContainer& container) {
     std::vector<SQLTable*> tables;
     std::unordered_set<const SQLTable*> visited;
     for (const auto& object : container.objectList())
@@ -76,8 +99,8 @@ std::vector<SQLTable*> GenericSQLExporter::tablesInDropOrder(SQLContainer& conta
     return tables;
 }
 
-void GenericSQLExporter::addTablesLinkedToTable(SQLTable& table, std::vector<SQLTable*>& tables,
-                                                std::unordered_set<const SQLTable*>& visited) {
+void GenericCreateScript::addTablesLinkedToTable(SQLTable& table, std::vector<SQLTable*>& tables,
+                                                 std::unordered_set<const SQLTable*>& visited) {
     struct Step {
         SQLTable* table;
         std::vector<SQLTable*> referencing;
@@ -97,46 +120,33 @@ void GenericSQLExporter::addTablesLinkedToTable(SQLTable& table, std::vector<SQL
     }
 }
 
-std::string GenericSQLExporter::dropSQLTable(SQLTable& table) {
-    return _documentInfo && _documentInfo->getDropTableOption() ? dropTableInstruction(table) : std::string();
+std::string GenericCreateScript::dropSQLTable(SQLTable& table) {
+    return dropsFirst() ? dropTableInstruction(table) : std::string();
 }
 
-std::string GenericSQLExporter::dropTableInstruction(SQLTable& table) {
-    return text("DROP TABLE %@%@%@\n", ifExists(), getCanonicalName(table), instructionSeparator());
+std::string GenericCreateScript::dropTableInstruction(SQLTable& table) {
+    return text("DROP TABLE %@%@\n", getCanonicalName(table), instructionSeparator());
 }
 
-std::string GenericSQLExporter::postLoadSQLContainer(SQLContainer& container) {
+std::string GenericCreateScript::postLoadSQLContainer(SQLContainer& container) {
     return joined(postLoadAsVector(container), "\n");
 }
 
-Statements GenericSQLExporter::postLoadAsVectorSQLContainer(SQLContainer& container) {
+Statements GenericCreateScript::postLoadOfTables(SQLContainer& container) {
     Statements statements;
     for (const auto& object : container.objectList()) {
         if (!canLinkToObject(*object) || !as<SQLTable>(object.get())) continue;
         std::ranges::move(postLoadAsVector(*object), std::back_inserter(statements));
     }
-    if (writesRunnableScripts()) {
-        putForeignKeysLast(statements);
-        const SQLDocumentInfo* info = container.documentInfo();
-        statements.push_back(userBlock(info ? info->postExportSQL() : std::string()));
-    } else {
-        std::ranges::move(GenericSQLExporterAppender::postAppendSQLBlockForContainer(container),
-                          std::back_inserter(statements));
-    }
-    std::erase(statements, "");
     return statements;
 }
 
-std::vector<std::string> GenericSQLExporterAppender::prologueSQLBlockForContainer(SQLContainer& container) {
-    const SQLDocumentInfo* info = container.documentInfo();
-    if (!info || !info->hasProperty(keys::prologueExportSQL)) return {};
-    return SQLBlockArrayFromString(trimmed(info->prologueExportSQL()));
-}
-
-std::vector<std::string> GenericSQLExporterAppender::postAppendSQLBlockForContainer(SQLContainer& container) {
-    const SQLDocumentInfo* info = container.documentInfo();
-    if (!info || !info->hasProperty(keys::postExportSQL)) return {};
-    return SQLBlockArrayFromString(trimmed(info->postExportSQL()));
+Statements GenericCreateScript::postLoadAsVectorSQLContainer(SQLContainer& container) {
+    Statements statements = postLoadOfTables(container);
+    std::ranges::move(GenericSQLExporterAppender::postAppendSQLBlockForContainer(container),
+                      std::back_inserter(statements));
+    std::erase(statements, "");
+    return statements;
 }
 
 }  // namespace vellicor

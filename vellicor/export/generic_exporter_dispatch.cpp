@@ -137,12 +137,12 @@ Statements GenericSQLExporter::postLoadAlterAsVector(SQLObject& object, SQLObjec
     return row ? row->run(*this, object, oldObject, nullptr) : Statements();
 }
 
-bool GenericSQLExporter::canExportObject(const SQLObject& object) {
+bool GenericCreateScript::canExportObject(const SQLObject& object) {
     return !Preferences::shared().boolForKey(prefs::canIgnoreObjectsOnExport) ||
            !object.getPropertyAsBoolean(keys::ignoreWhenExporting);
 }
 
-bool GenericSQLExporter::canLinkToObject(const SQLObject& object) {
+bool GenericCreateScript::canLinkToObject(const SQLObject& object) {
     if (!Preferences::shared().boolForKey(prefs::canIgnoreObjectsOnExport)) return true;
     if (object.hasProperty(keys::cannotLinkToObject)) return !object.getPropertyAsBoolean(keys::cannotLinkToObject);
     return canExportObject(object);

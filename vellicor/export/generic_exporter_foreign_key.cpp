@@ -1,8 +1,9 @@
 // vellicor/export/generic_exporter_foreign_key.cpp — the clause of a foreign key and its ALTER TABLE statement.
 #include <array>
 
-#include "vellicor/export/generic_exporter.h"
+#include "vellicor/export/generic_exporter_create.h"
 #include "vellicor/model/field.h"
+#include "vellicor/model/foreign_key.h"
 #include "vellicor/platform/text_format.h"
 
 namespace vellicor {
@@ -25,15 +26,19 @@ constexpr std::array<std::string_view, 6> kUpdateActions{"",
 
 }  // namespace
 
-std::string GenericSQLExporter::getDeleteActionStringForCode(std::uint64_t code) {
+std::string GenericCreateScript::getDeleteActionStringForCode(std::uint64_t code) {
     return std::string(code < kDeleteActions.size() ? kDeleteActions[code] : "");
 }
 
-std::string GenericSQLExporter::getUpdateActionStringForCode(std::uint64_t code) {
+std::string GenericCreateScript::getUpdateActionStringForCode(std::uint64_t code) {
     return std::string(code < kUpdateActions.size() ? kUpdateActions[code] : "");
 }
 
-SourceNodePtr GenericSQLExporter::foreignKeyNode(SQLConnectable* key) {
+std::string GenericCreateScript::exportSQLForeignKey(SQLForeignKey& key) {
+    return keysStandInTable() ? getSQLForForeignKeyField(key) : std::string();
+}
+
+SourceNodePtr GenericCreateScript::foreignKeyNode(SQLConnectable* key) {
     auto node = QVSourceNode::node();
     SQLTable* target = key ? key->targetTable() : nullptr;
     if (!target) return node;
@@ -50,7 +55,7 @@ SourceNodePtr GenericSQLExporter::foreignKeyNode(SQLConnectable* key) {
     return node;
 }
 
-SourceNodePtr GenericSQLExporter::foreignKeyConstraintNameNode(SQLConnectable& key) {
+SourceNodePtr GenericCreateScript::foreignKeyConstraintNameNode(SQLConnectable& key) {
     auto node = QVSourceNode::node();
     const OptionalText name = foreignKeyConstraintName(key);
     if (!name || name->empty()) return node;
@@ -60,13 +65,13 @@ SourceNodePtr GenericSQLExporter::foreignKeyConstraintNameNode(SQLConnectable& k
     return node;
 }
 
-OptionalText GenericSQLExporter::foreignKeyConstraintName(SQLConnectable& key) { return key.foreignKeyName(); }
+OptionalText GenericCreateScript::foreignKeyConstraintName(SQLConnectable& key) { return key.foreignKeyName(); }
 
-SourceNodePtr GenericSQLExporter::foreignKeyDeferredBlock(SQLConnectable&, SQLConnectable*) {
+SourceNodePtr GenericCreateScript::foreignKeyDeferredBlock(SQLConnectable&, SQLConnectable*) {
     return QVSourceNode::node();
 }
 
-SourceNodePtr GenericSQLExporter::foreignKeyAlterTableInstructionNode(SQLConnectable& key) {
+SourceNodePtr GenericCreateScript::foreignKeyAlterTableInstructionNode(SQLConnectable& key) {
     SQLTable* table = key.connectableComponent().parentTable();
     if (!table) return QVSourceNode::node();
     auto node = alterTableNode(*table, {"ADD"});
@@ -76,7 +81,7 @@ SourceNodePtr GenericSQLExporter::foreignKeyAlterTableInstructionNode(SQLConnect
     return node;
 }
 
-SourceNodePtr GenericSQLExporter::foreignKeyErrorNode(SQLConnectable& key, bool ignoreEmpty) {
+SourceNodePtr GenericCreateScript::foreignKeyErrorNode(SQLConnectable& key, bool ignoreEmpty) {
     unsigned flags = 0;
     if (ignoreEmpty || key.isFKFieldValid(flags)) return nullptr;
     auto node = QVSourceNode::node();
@@ -95,15 +100,19 @@ SourceNodePtr GenericSQLExporter::foreignKeyErrorNode(SQLConnectable& key, bool 
     return node;
 }
 
-SourceNodePtr GenericSQLExporter::getSQLForForeignKeyFieldNode(SQLConnectable& key, bool asExternalInstruction) {
+SourceNodePtr GenericCreateScript::getSQLForForeignKeyFieldNode(SQLConnectable& key, bool asExternalInstruction) {
     if (const SQLTable* target = key.targetTable(); target && !canLinkToObject(*target)) return QVSourceNode::node();
     if (SourceNodePtr error = foreignKeyErrorNode(key, false)) return error;
     return asExternalInstruction ? foreignKeyAlterTableInstructionNode(key) : foreignKeyNode(&key);
 }
 
-std::string GenericSQLExporter::createForeignKey(SQLConnectable& key, ForeignKeyForm form) {
-    if (!key.getFkField()) return {};
+std::string GenericCreateScript::createForeignKey(SQLConnectable& key, ForeignKeyForm form) {
+    if (!supportsForeignKeys() || !key.getFkField()) return {};
     return form.asExternalInstruction ? foreignKeyStatement(key) : nodeText(getSQLForForeignKeyFieldNode(key, false));
+}
+
+std::string GenericCreateScript::foreignKeyStatement(SQLConnectable& key) {
+    return nodeText(getSQLForForeignKeyFieldNode(key, true));
 }
 
 }  // namespace vellicor

@@ -1,7 +1,8 @@
 // vellicor/export/generic_exporter_index.cpp — indexes inside CREATE TABLE and as statements behind it.
 #include <algorithm>
+#include <iterator>
 
-#include "vellicor/export/generic_exporter.h"
+#include "vellicor/export/generic_exporter_create.h"
 #include "vellicor/model/field.h"
 #include "vellicor/model/foreign_key.h"
 #include "vellicor/model/index.h"
@@ -9,24 +10,21 @@
 
 namespace vellicor {
 
-std::string GenericSQLExporter::exportSQLIndex(SQLIndex& index) {
+std::string GenericCreateScript::exportSQLIndex(SQLIndex& index) {
+    if (!indexesStandInTable()) return {};
     const std::vector<std::string> columns = quoteAllMembers(index.getFieldNameList());
     if (columns.empty()) return text("/* INDEX %@ (empty) */", getCanonicalName(index));
     return text("INDEX %@ (%@)", getCanonicalName(index), joined(columns, ","));
 }
 
-std::string GenericSQLExporter::exportSQLConstraint(SQLConstraint& constraint) {
+std::string GenericCreateScript::exportSQLConstraint(SQLConstraint& constraint) {
     if (!constraint.isCheckConstraint()) return exportSQLIndex(constraint);
     SourceNodePtr clause = inlineCheckConstraint(constraint);
     clause->setSpaceBefore("");
     return clause->string();
 }
 
-std::string GenericSQLExporter::getIndexNameForFieldIndexed(SQLField& field) {
-    return replacingAll(field.getName(), " ", "_") + "_idx";
-}
-
-std::string GenericSQLExporter::createFieldIndexOnField(SQLField& field, SQLTable& table) {
+std::string GenericCreateScript::createFieldIndexOnField(SQLField& field, SQLTable& table) {
     if (!field.getPropertyAsBoolean(keys::indexed)) return {};
     std::string name = getIndexNameForFieldIndexed(field);
     if (shouldPrefixFieldLevelIndexNames()) {
@@ -36,7 +34,7 @@ std::string GenericSQLExporter::createFieldIndexOnField(SQLField& field, SQLTabl
     return text("%@%@\n", createIndexStatement(field, nameForIndexStatement(table, name)), instructionSeparator());
 }
 
-std::string GenericSQLExporter::createIndexStatement(SQLField& field, std::string_view indexName) {
+std::string GenericCreateScript::createIndexStatement(SQLField& field, std::string_view indexName) {
     std::string sql = "CREATE INDEX ";
     if (!indexName.empty()) sql += text("%@ ", indexName);
     sql += text("ON %@", canonicalTableName(field));
@@ -50,36 +48,42 @@ std::string GenericSQLExporter::createIndexStatement(SQLField& field, std::strin
     return sql + ")";
 }
 
-std::string GenericSQLExporter::indexSizeStringForField(SQLField& field, SQLIndex* index) {
+std::string GenericCreateScript::indexSizeStringForField(SQLField& field, SQLIndex* index) {
     return useIndexPrefixSize() && index ? index->getSizeForIndexEntry(&field) : std::string();
 }
 
-std::string GenericSQLExporter::createIndexIfNotDuplicate(SQLTable& table, SQLIndex& index) {
+std::string GenericCreateScript::createIndexIfNotDuplicate(SQLTable& table, SQLIndex& index) {
     const bool isNew = _indexCache[table.uid()].insert(getNameForIndexWithIndex(table, index)).second;
     return isNew ? addIndex(index, table)
                  : text("/* (prefix indexes:ON) => Index %@ would conflict */", commentText(index.getName()));
 }
 
-std::string GenericSQLExporter::addIndex(SQLIndex& index) {
+void GenericCreateScript::clearIndexCache() { _indexCache.clear(); }
+
+std::string GenericCreateScript::indexTypeInScript(SQLIndex& index) {
+    return std::string(trimmed(index.getIndexTypeString()));
+}
+
+std::string GenericCreateScript::addIndex(SQLIndex& index) {
     SQLTable* table = index.parentTable();
     return table ? addIndex(index, *table) : std::string();
 }
 
-std::string GenericSQLExporter::addIndex(SQLIndex& index, SQLTable& table) {
+std::string GenericCreateScript::addIndex(SQLIndex& index, SQLTable& table) {
     const std::string sql = export_(index);
     return sql.empty() ? sql : text("ALTER TABLE %@ ADD %@%@\n", getCanonicalName(table), sql, instructionSeparator());
 }
 
-std::string GenericSQLExporter::addConstraint(SQLIndex& constraint) {
+std::string GenericCreateScript::addConstraint(SQLIndex& constraint) {
     SQLTable* table = constraint.parentTable();
     return table ? addConstraint(constraint, *table) : std::string();
 }
 
-std::string GenericSQLExporter::addConstraint(SQLIndex& constraint, SQLTable& table) {
-    return GenericSQLExporter::addIndex(constraint, table);
+std::string GenericCreateScript::addConstraint(SQLIndex& constraint, SQLTable& table) {
+    return GenericCreateScript::addIndex(constraint, table);
 }
 
-Statements GenericSQLExporter::postLoadAsVectorSQLTable(SQLTable& table) {
+Statements GenericCreateScript::postLoadAsVectorSQLTable(SQLTable& table) {
     Statements statements;
     Statements indexStatements;
     for (const auto& component : table.objectList()) {
@@ -90,25 +94,28 @@ Statements GenericSQLExporter::postLoadAsVectorSQLTable(SQLTable& table) {
     return statements;
 }
 
-Statements GenericSQLExporter::postLoadAsVectorSQLTableComponent(SQLTableComponent& component, SQLTable& table) {
+Statements GenericCreateScript::postLoadAsVectorSQLTableComponent(SQLTableComponent& component, SQLTable& table) {
     const bool answers = as<SQLIndex>(&component) || as<SQLField>(&component) || as<SQLForeignKey>(&component);
     return answers ? postLoadAsVector(component, table) : Statements();
 }
 
-Statements GenericSQLExporter::postLoadAsVectorSQLField(SQLField& field, SQLTable& table) {
-    return {createFieldIndexOnField(field, table), createForeignKey(field, {.asExternalInstruction = true})};
+Statements GenericCreateScript::postLoadAsVectorSQLField(SQLField& field, SQLTable& table) {
+    Statements statements{createFieldIndexOnField(field, table)};
+    if (!keysStandInTable()) statements.push_back(createForeignKey(field, {.asExternalInstruction = true}));
+    return statements;
 }
 
-Statements GenericSQLExporter::postLoadAsVectorSQLIndex(SQLIndex& index, SQLTable& table) {
+Statements GenericCreateScript::postLoadAsVectorSQLIndex(SQLIndex& index, SQLTable& table) {
     if (!supportsIndexPostLoad()) return {};
     return {createIndexIfNotDuplicate(table, index)};
 }
 
-Statements GenericSQLExporter::postLoadAsVectorSQLConstraint(SQLConstraint& constraint, SQLTable& table) {
+Statements GenericCreateScript::postLoadAsVectorSQLConstraint(SQLConstraint& constraint, SQLTable& table) {
     return constraint.isCheckConstraint() ? Statements() : postLoadAsVectorSQLIndex(constraint, table);
 }
 
-Statements GenericSQLExporter::postLoadAsVectorSQLForeignKey(SQLForeignKey& foreignKey, SQLTable&) {
+Statements GenericCreateScript::postLoadAsVectorSQLForeignKey(SQLForeignKey& foreignKey, SQLTable&) {
+    if (keysStandInTable() || !supportsForeignKeys()) return {};
     std::string sql = foreignKeyStatement(foreignKey);
     return sql.empty() ? Statements() : Statements{std::move(sql)};
 }

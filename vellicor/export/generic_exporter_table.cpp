@@ -1,7 +1,5 @@
 // vellicor/export/generic_exporter_table.cpp — CREATE TABLE: columns, inline components, primary key.
-#include <algorithm>
-
-#include "vellicor/export/generic_exporter.h"
+#include "vellicor/export/generic_exporter_create.h"
 #include "vellicor/model/field.h"
 #include "vellicor/model/foreign_key.h"
 #include "vellicor/model/index.h"
@@ -9,17 +7,7 @@
 
 namespace vellicor {
 
-namespace {
-
-bool isCommentOnly(std::string_view sql) {
-    sql = trimmed(sql);
-    return sql.starts_with("/*") && sql.ends_with("*/") && sql.find("*/") + 2 == sql.size();
-}
-
-}  // namespace
-
-std::string GenericSQLExporter::exportSQLTable(SQLTable& table) {
-    if (std::string remark = missingColumnsRemark(table); !remark.empty()) return remark;
+std::string GenericCreateScript::exportSQLTable(SQLTable& table) {
     auto node = QVSourceNode::node();
     if (const std::string comment = table.getComment(); !comment.empty()) node->addChild(tableCommentBlock(comment));
     node->addChild(fieldBlock(table));
@@ -28,20 +16,20 @@ std::string GenericSQLExporter::exportSQLTable(SQLTable& table) {
     return node->string();
 }
 
-SourceNodePtr GenericSQLExporter::tableCommentBlock(std::string_view comment) const {
+SourceNodePtr GenericCreateScript::tableCommentBlock(std::string_view comment) const {
     auto block = QVSourceNode::commentBlockWithStringValue(commentText(comment));
     block->setSpaceBefore("\n");
     block->setSpaceAfter("\n");
     return block;
 }
 
-std::string GenericSQLExporter::getCreateTableString(SQLTable& table) {
+std::string GenericCreateScript::getCreateTableString(SQLTable& table) {
     return "CREATE TABLE " + ifNotExists(supportsIfNotExists()) + getCanonicalName(table);
 }
 
-SQLTable::Components GenericSQLExporter::fieldListForTable(SQLTable& table) { return table.objectList(); }
+SQLTable::Components GenericCreateScript::fieldListForTable(SQLTable& table) { return table.objectList(); }
 
-SourceNodePtr GenericSQLExporter::fieldBlock(SQLTable& table) {
+SourceNodePtr GenericCreateScript::fieldBlock(SQLTable& table) {
     auto node = QVSourceNode::node();
     node->addChildWithValue(getCreateTableString(table), "\n");
 
@@ -55,23 +43,9 @@ SourceNodePtr GenericSQLExporter::fieldBlock(SQLTable& table) {
     const SQLTable::Components components = fieldListForTable(table);
     QVSourceNode::Children columns;
     QVSourceNode::Children indexes;
-    std::string remarks;
-    for (const auto& component : components) {
-        const std::string sql = export_(*component);
-        if (writesRunnableScripts() && isCommentOnly(sql)) {
-            remarks += sql + "\n";  // an item of its own would leave a separator without an item
-            continue;
-        }
-        auto item = QVSourceNode::node();
-        if (!sql.empty()) {
-            item->setValue(fieldComment(*component) + sql);
-            item->setSpaceBefore(indent());
-        }
-        item->setRemoveInfixSeparator(isIgnoredTableComponent(*component));
-        item->setObjectUid(component->uid());
-        (as<SQLIndex>(component.get()) ? indexes : columns).push_back(std::move(item));
-    }
-    if (!remarks.empty()) list->setSpaceBeforeChildren("\n" + remarks);
+    for (const auto& component : components)
+        if (SourceNodePtr item = componentItem(*component, export_(*component)))
+            (as<SQLIndex>(component.get()) ? indexes : columns).push_back(std::move(item));
     list->addChildren(columns);
     list->addChildren(indexes);
     if (components.empty()) list->addChildNode()->setAlwaysVisible(true);
@@ -79,37 +53,35 @@ SourceNodePtr GenericSQLExporter::fieldBlock(SQLTable& table) {
     return node;
 }
 
-std::string GenericSQLExporter::fieldComment(SQLTableComponent& component) {
+SourceNodePtr GenericCreateScript::componentItem(SQLTableComponent& component, const std::string& sql) {
+    auto item = QVSourceNode::node();
+    if (!sql.empty()) {
+        item->setValue(fieldComment(component) + sql);
+        item->setSpaceBefore(indent());
+    }
+    item->setRemoveInfixSeparator(isIgnoredTableComponent(component));
+    item->setObjectUid(component.uid());
+    return item;
+}
+
+std::string GenericCreateScript::fieldComment(SQLTableComponent& component) {
     const std::string comment = component.getComment();
     return comment.empty() ? std::string() : text("\n%@\n", quoteComment(comment));
 }
 
-std::string GenericSQLExporter::quoteComment(std::string_view comment) const {
-    const std::string_view content = trimmed(comment);
-    return content.empty() ? std::string() : text("/*%@*/", commentText(content));
-}
-
-std::string GenericSQLExporter::commentText(std::string_view comment) const {
-    if (!writesRunnableScripts()) return std::string(comment);
-    // A comment may not end early: what follows would run as SQL. Nor may it open another, which some servers nest.
-    std::string content = replacingAll(replacingAll(comment, "*/", "* /"), "/*", "/ *");
-    if (content.ends_with('/')) content += ' ';
-    return content;
-}
-
-bool GenericSQLExporter::isIgnoredTableComponent(SQLTableComponent& component) {
+bool GenericCreateScript::isIgnoredTableComponent(SQLTableComponent& component) {
     const auto* index = as<SQLIndex>(&component);
     return index && !index->isCheckConstraint() && index->getFieldNameList().empty();
 }
 
-std::string GenericSQLExporter::exportSQLTableComponent(SQLTableComponent& component) {
+std::string GenericCreateScript::exportSQLTableComponent(SQLTableComponent& component) {
     if (auto* index = as<SQLIndex>(&component)) return exportSQLIndex(*index);
     if (auto* field = as<SQLField>(&component)) return exportSQLField(*field);
     if (auto* foreignKey = as<SQLForeignKey>(&component)) return exportSQLForeignKey(*foreignKey);
     return {};
 }
 
-std::string GenericSQLExporter::exportSQLField(SQLField& field) {
+std::string GenericCreateScript::exportSQLField(SQLField& field) {
     std::string sql = text("%@ %@", quoteIdentifier(field.getName()), fieldType(field));
     if (const std::string value = field.getDefaultValue(); !value.empty())
         sql += text(" DEFAULT %@", quoteDefaultValue(value, field));
@@ -119,16 +91,13 @@ std::string GenericSQLExporter::exportSQLField(SQLField& field) {
     return sql + nodeText(inlineCheckConstraint(field));
 }
 
-std::string GenericSQLExporter::fieldType(SQLField& field) { return uppercased(field.getType()); }
+std::string GenericCreateScript::fieldType(SQLField& field) { return uppercased(field.getType()); }
 
-SourceNodePtr GenericSQLExporter::inlineCheckConstraint(SQLObject& object) {
+SourceNodePtr GenericCreateScript::inlineCheckConstraint(SQLObject& object) {
     auto node = QVSourceNode::node();
     if (!supportsCheckConstraints() || !object.hasProperty(keys::checkConstraint)) return node;
 
-    std::string name = object.getProperty(keys::checkConstraintName);
-    if (as<SQLConstraint>(&object) && !object.getPropertyAsBoolean(keys::hideConstraintName)) name = object.getName();
-    if (auto* component = as<SQLTableComponent>(&object); component && component->parentTable() && !name.empty())
-        name = constraintNameInScript(*component->parentTable(), name);
+    const std::string name = checkConstraintName(object);
     node->setSpaceBefore(" ");
     if (!name.empty()) {
         node->addChildWithValue("CONSTRAINT");
@@ -139,7 +108,12 @@ SourceNodePtr GenericSQLExporter::inlineCheckConstraint(SQLObject& object) {
     return node;
 }
 
-SourceNodePtr GenericSQLExporter::primaryKeyBlock(SQLTable& table) {
+std::string GenericCreateScript::checkConstraintName(SQLObject& object) {
+    const bool isNamed = as<SQLConstraint>(&object) && !object.getPropertyAsBoolean(keys::hideConstraintName);
+    return isNamed ? object.getName() : object.getProperty(keys::checkConstraintName);
+}
+
+SourceNodePtr GenericCreateScript::primaryKeyBlock(SQLTable& table) {
     auto node = QVSourceNode::node();
     const std::vector<std::string> columns = table.primaryKeyList();
     if (columns.empty()) return node;
@@ -153,6 +127,6 @@ SourceNodePtr GenericSQLExporter::primaryKeyBlock(SQLTable& table) {
     return node;
 }
 
-OptionalText GenericSQLExporter::primaryKeyConstraintName(SQLTable& table) { return table.primaryKeyConstraintName(); }
+OptionalText GenericCreateScript::primaryKeyConstraintName(SQLTable& table) { return table.primaryKeyConstraintName(); }
 
 }  // namespace vellicor

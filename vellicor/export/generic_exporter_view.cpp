@@ -1,14 +1,14 @@
 // vellicor/export/generic_exporter_view.cpp — CREATE VIEW and DROP VIEW.
-#include "vellicor/export/generic_exporter.h"
+#include "vellicor/export/generic_exporter_alter.h"
 #include "vellicor/model/view.h"
 #include "vellicor/platform/log.h"
 #include "vellicor/platform/text_format.h"
 
 namespace vellicor {
 
-std::string GenericSQLExporter::viewCreateStringPart(std::string_view name) { return text("CREATE VIEW %@ ", name); }
+std::string GenericCreateScript::viewCreateStringPart(std::string_view name) { return text("CREATE VIEW %@ ", name); }
 
-std::string GenericSQLExporter::exportSQLView(SQLView& view) {
+std::string GenericCreateScript::exportSQLView(SQLView& view) {
     if (!supportsViews()) return {};
     const std::string definition = viewQuery(view);
     std::string_view query = trimmed(definition);
@@ -16,21 +16,24 @@ std::string GenericSQLExporter::exportSQLView(SQLView& view) {
     if (query.ends_with(';')) query.remove_suffix(1);
     // Kept: two blanks stand between the name and AS.
     const std::string start = viewCreateStringPart(getCanonicalName(view));
-    if (writesRunnableScripts()) return text("%@ AS %@", start, endedStatement(query));
-    return start + text(" AS %@%@", query, instructionSeparator());
+    return text("%@ AS %@", start, endedStatement(query));
 }
 
-std::string GenericSQLExporter::viewQuery(SQLView& view) { return view.queryString(); }
-
-std::string GenericSQLExporter::dropSQLView(SQLView& view) {
-    return text("DROP VIEW %@%@%@\n", ifExists(), getCanonicalName(view), instructionSeparator());
+std::string GenericCreateScript::endedStatement(std::string_view sql) {
+    return text("%@%@", sql, instructionSeparator());
 }
 
-Statements GenericSQLExporter::postLoadAsVectorSQLView(SQLView&) { return {}; }
+std::string GenericCreateScript::viewQuery(SQLView& view) { return view.queryString(); }
 
-std::string GenericSQLExporter::postLoadSQLView(SQLView& view) { return joined(postLoadAsVectorSQLView(view), "\n"); }
+std::string GenericCreateScript::dropSQLView(SQLView& view) {
+    return text("DROP VIEW %@%@\n", getCanonicalName(view), instructionSeparator());
+}
 
-Statements GenericSQLExporter::alterSQLViewAsVector(SQLView& view, SQLView& oldView, SQLObject*) {
+Statements GenericCreateScript::postLoadAsVectorSQLView(SQLView&) { return {}; }
+
+std::string GenericCreateScript::postLoadSQLView(SQLView& view) { return joined(postLoadAsVectorSQLView(view), "\n"); }
+
+Statements GenericAlterScript::alterSQLViewAsVector(SQLView& view, SQLView& oldView, SQLObject*) {
     log("altering SQLView");
     const std::string created = exportSQLView(view);
     if (created == exportSQLView(oldView)) return {};

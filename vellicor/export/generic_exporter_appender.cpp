@@ -1,6 +1,8 @@
-// vellicor/export/sql_block_splitter.cpp — cutting a block of SQL into statements.
-#include "vellicor/export/sql_block_splitter.h"
+// vellicor/export/generic_exporter_appender.cpp — the user's own blocks of SQL in a script, cut into statements.
+#include "vellicor/export/generic_exporter_appender.h"
 
+#include "vellicor/model/container.h"
+#include "vellicor/model/document_info.h"
 #include "vellicor/platform/log.h"
 #include "vellicor/platform/text.h"
 #include "vellicor/platform/text_format.h"
@@ -48,13 +50,23 @@ std::vector<std::string> GenericSQLExporterAppender::splitSQLInstructions(std::s
                 else if (c == openQuote)
                     state = State::Normal;
                 break;
-            case State::Escaped:
-                state = State::InQuote;
-                break;
+            case State::Escaped: state = State::InQuote; break;
         }
     }
     statements.emplace_back(block.substr(start));
     return statements;
+}
+
+std::vector<std::string> GenericSQLExporterAppender::prologueSQLBlockForContainer(SQLContainer& container) {
+    const SQLDocumentInfo* info = container.documentInfo();
+    if (!info || !info->hasProperty(keys::prologueExportSQL)) return {};
+    return SQLBlockArrayFromString(trimmed(info->prologueExportSQL()));
+}
+
+std::vector<std::string> GenericSQLExporterAppender::postAppendSQLBlockForContainer(SQLContainer& container) {
+    const SQLDocumentInfo* info = container.documentInfo();
+    if (!info || !info->hasProperty(keys::postExportSQL)) return {};
+    return SQLBlockArrayFromString(trimmed(info->postExportSQL()));
 }
 
 }  // namespace vellicor

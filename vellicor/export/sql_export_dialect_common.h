@@ -1,4 +1,4 @@
-// vellicor/export/export_dialect_common.h — the short forms of alter statements that dialects share.
+// vellicor/export/sql_export_dialect_common.h — the short forms of alter statements that dialects share.
 #pragma once
 
 #include <string>

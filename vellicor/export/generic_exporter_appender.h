@@ -1,4 +1,4 @@
-// vellicor/export/sql_block_splitter.h — the user's own blocks of SQL in a script, cut into statements.
+// vellicor/export/generic_exporter_appender.h — the user's own blocks of SQL in a script, cut into statements.
 #pragma once
 
 #include <string>
