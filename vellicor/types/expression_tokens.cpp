@@ -2,7 +2,7 @@
 #include "vellicor/types/expression_tokens.h"
 
 #include <algorithm>
-#include <cctype>
+#include <utility>
 
 #include "vellicor/platform/numbers.h"
 #include "vellicor/platform/text.h"

@@ -135,7 +135,8 @@ TypeValues asFamily(const TypeValues& values, TypeFamily family) {
         case TypeFamily::Text:
             switch (values.family) {
                 case TypeFamily::Bits:
-                    made.flags = type_flags::kNarrow | (values.has(type_flags::kVarying) ? 0 : type_flags::kFixed);
+                    made.flags =
+                        type_flags::kNarrow | (values.has(type_flags::kVarying) ? 0U : unsigned{type_flags::kFixed});
                     break;
                 case TypeFamily::Uuid: made.flags = type_flags::kNarrow | type_flags::kFixed; break;
                 case TypeFamily::Date:
