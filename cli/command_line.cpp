@@ -47,6 +47,7 @@ void describeCommandLine(CLI::App& app, Session& session) {
     app.set_help_flag("-h,--help", "show this help");
     app.formatter(helpFormat());
     addExportCommand(app, session);
+    addAlterCommand(app, session);
     addDiffCommand(app, session);
     addInfoCommand(app, session);
     addConvertCommand(app, session);

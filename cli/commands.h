@@ -13,6 +13,7 @@ struct Session;
 void addExportCommand(CLI::App& app, Session& session);
 void addInfoCommand(CLI::App& app, Session& session);
 void addDiffCommand(CLI::App& app, Session& session);
+void addAlterCommand(CLI::App& app, Session& session);
 void addConvertCommand(CLI::App& app, Session& session);
 void addDialectsCommand(CLI::App& app, Session& session);
 void addPrefsCommand(CLI::App& app, Session& session);

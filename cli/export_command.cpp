@@ -1,6 +1,5 @@
 // cli/export_command.cpp — `vellicor export`: the create script of a document.
 #include <CLI/CLI.hpp>
-#include <array>
 #include <memory>
 #include <optional>
 
@@ -15,12 +14,11 @@
 #include "cli/preference_settings.h"
 #include "cli/progress.h"
 #include "cli/result.h"
+#include "cli/text_options.h"
 #include "cli/type_translation_options.h"
 #include "vellicor/dialects/sql_dialect_manager.h"
 #include "vellicor/model/container.h"
 #include "vellicor/model/document_info.h"
-#include "vellicor/platform/preference_keys.h"
-#include "vellicor/platform/preferences.h"
 
 namespace vellicor::cli {
 
@@ -31,61 +29,12 @@ struct ExportOptions {
     std::string dialect;
     std::string output;
     std::optional<bool> drop;
-    std::optional<bool> header;
-    bool ifNotExists = false;
-    bool honorIgnore = false;
-    std::string sort;
-    std::string quote;
+    TextOptions text;
     TypeTranslationOptions types;
     PartOptions part;
     PreferenceOptions preferences;
     ReportOptions report;
 };
-
-/// Which names each way of quoting puts in quotes.
-struct QuotingMode {
-    const char* name;
-    bool all;
-    bool reserved;
-    bool spaces;
-    bool invalid;
-};
-constexpr std::array kQuotingModes{
-    QuotingMode{"always", true, false, false, false}, QuotingMode{"reserved", false, true, false, false},
-    QuotingMode{"spaces", false, false, true, false}, QuotingMode{"needed", false, true, true, true},
-    QuotingMode{"never", false, false, false, false},
-};
-constexpr std::array kSortOrders{"document", "name"};  // by the value of the preference
-
-std::vector<std::string> quotingModeNames() {
-    std::vector<std::string> names;
-    for (const QuotingMode& mode : kQuotingModes) names.emplace_back(mode.name);
-    return names;
-}
-
-/// Flags that have a preference of their own win over every other way to set it.
-void applyFlags(const ExportOptions& options) {
-    Preferences& preferences = Preferences::shared();
-    if (options.header) preferences.setBool(*options.header, prefs::includeTitleHeaderInExport);
-    if (options.ifNotExists) preferences.setBool(true, prefs::useIfNotExistsOnTableExport);
-    if (options.honorIgnore) preferences.setBool(true, prefs::canIgnoreObjectsOnExport);
-    for (std::size_t order = 0; order < kSortOrders.size(); ++order)
-        if (options.sort == kSortOrders[order])
-            preferences.setObject(Value::integer(static_cast<std::int64_t>(order)), prefs::exportObjectSortOrder);
-    for (const QuotingMode& mode : kQuotingModes) {
-        if (options.quote != mode.name) continue;
-        preferences.setBool(mode.all, prefs::quoteIdentifiersOnExport);
-        preferences.setBool(mode.reserved, prefs::quoteReservedWords);
-        preferences.setBool(mode.spaces, prefs::autoQuoteIdentifiersWithWhitespace);
-        preferences.setBool(mode.invalid, prefs::autoQuoteIdentifiersWithInvalidCharacters);
-    }
-}
-
-/// A flag with an opposite; null when neither is given.
-void addSwitch(CLI::App& command, const char* names, std::optional<bool>& value, const char* description) {
-    command.add_flag_function(
-        names, [&value](std::int64_t count) { value = count > 0; }, description);
-}
 
 std::string script(const Document& document, const std::string& dialect, const ExportOptions& options,
                    Messages& messages) {
@@ -105,7 +54,7 @@ std::string script(const Document& document, const std::string& dialect, const E
 ExitCode exportDocument(const ExportOptions& options, Messages& messages) {
     messages.steps().setCount(2);  // reading and exporting
     applyPreferences(options.preferences, messages);
-    applyFlags(options);
+    applyTextOptions(options.text);
     const std::string asked = options.dialect.empty() ? std::string() : dialectNamed(options.dialect);
     const Document document = readDocument(options.document, messages);
     const std::string dialect = asked.empty() ? dialectOf(*document.container, messages) : asked;
@@ -137,16 +86,7 @@ void addExportCommand(CLI::App& app, Session& session) {
         .add_option("-o,--output", options->output, "file, or folder for <document>.sql; - or none: standard output")
         ->type_name(kFileType);
     addSwitch(command, "--drop,!--no-drop", options->drop, "drop tables first, or do not, whatever the document says");
-    addSwitch(command, "--header,!--no-header", options->header, "begin with a title line, or do not");
-    command.add_flag("--if-not-exists", options->ifNotExists,
-                     "create only what does not exist, where the dialect can say so");
-    command.add_option("--sort", options->sort, "order of the objects")
-        ->check(CLI::IsMember(std::vector<std::string>(kSortOrders.begin(), kSortOrders.end())));
-    command.add_option("--quote", options->quote, "which names are put in quotes")
-        ->check(CLI::IsMember(quotingModeNames()));
-    command.add_flag("--honor-ignore", options->honorIgnore, "leave out what the document marks as not to be exported");
-    command.add_flag("--classic", options->preferences.classic,
-                     "the classic text, even where the database would refuse it");
+    addTextOptions(command, options->text, options->preferences);
     addTypesOption(command, options->types);
     addPartOptions(command, options->part);
     completeDocumentCommand(command, session, options, exportDocument);
