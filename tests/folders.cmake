@@ -78,6 +78,9 @@ vellicor_tests(engines
   generated_documents.cpp
   mariadb_engine_test.cpp
   mariadb_server.cpp
+  migration_cases.cpp
+  migration_pairs.cpp
+  migration_run.cpp
   postgres_engine_test.cpp
   postgres_server.cpp
   server.cpp

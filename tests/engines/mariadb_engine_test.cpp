@@ -5,6 +5,8 @@
 #include "tests/engines/classic_refusals.h"
 #include "tests/engines/engine_steps.h"
 #include "tests/engines/generated_documents.h"
+#include "tests/engines/migration_cases.h"
+#include "tests/engines/migration_pairs.h"
 #include "tests/engines/server_fixture.h"
 #include "tests/support/dialect_text.h"
 #include "tests/support/scoped_preference.h"
@@ -50,6 +52,8 @@ TEST_F(MariaDBOn, ClassicScriptsAreRefused) { expectClassicScriptsAreRefused(eng
 TEST_F(MariaDBOn, ClassicScriptsAreMisread) { expectClassicScriptsAreMisread(engine()); }
 TEST_F(MariaDBOn, AwkwardDocumentsRun) { expectAwkwardDocumentsRun(engine()); }
 TEST_F(MariaDBOn, GeneratedDocumentsHoldWhatTheySay) { expectGeneratedDocumentsOnEngine(engine(), kTraits, 60); }
+TEST_F(MariaDBOn, MigrationCasesLeadToTheNewDocument) { expectMigrationCasesOnEngine(engine()); }
+TEST_F(MariaDBOn, GeneratedMigrationsLeadToTheNewDocument) { expectGeneratedMigrationsOnEngine(engine(), 1, 6); }
 
 TEST_F(MariaDBOn, KeywordsMayBeNames) {
     ScopedPreference runnable(prefs::runnableScripts);

@@ -5,6 +5,8 @@
 #include "tests/engines/classic_refusals.h"
 #include "tests/engines/engine_steps.h"
 #include "tests/engines/generated_documents.h"
+#include "tests/engines/migration_cases.h"
+#include "tests/engines/migration_pairs.h"
 #include "tests/engines/server_fixture.h"
 #include "tests/support/dialect_text.h"
 #include "tests/support/scoped_preference.h"
@@ -51,6 +53,8 @@ TEST_F(PostgreSQLOn, ClassicScriptsAreRefused) { expectClassicScriptsAreRefused(
 TEST_F(PostgreSQLOn, ClassicScriptsAreMisread) { expectClassicScriptsAreMisread(engine()); }
 TEST_F(PostgreSQLOn, AwkwardDocumentsRun) { expectAwkwardDocumentsRun(engine()); }
 TEST_F(PostgreSQLOn, GeneratedDocumentsHoldWhatTheySay) { expectGeneratedDocumentsOnEngine(engine(), kPostgresTraits, 60); }
+TEST_F(PostgreSQLOn, MigrationCasesLeadToTheNewDocument) { expectMigrationCasesOnEngine(engine()); }
+TEST_F(PostgreSQLOn, GeneratedMigrationsLeadToTheNewDocument) { expectGeneratedMigrationsOnEngine(engine(), 1, 6); }
 
 TEST_F(PostgreSQLOn, KeywordsMayBeNames) {
     ScopedPreference runnable(prefs::runnableScripts);

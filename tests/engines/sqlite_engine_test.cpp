@@ -5,6 +5,8 @@
 #include "tests/engines/classic_refusals.h"
 #include "tests/engines/engine_steps.h"
 #include "tests/engines/generated_documents.h"
+#include "tests/engines/migration_cases.h"
+#include "tests/engines/migration_pairs.h"
 #include "tests/engines/sqlite_engine.h"
 #include "tests/support/scoped_preference.h"
 #include "vellicor/platform/preference_keys.h"
@@ -47,6 +49,8 @@ TEST_F(SQLiteOn, ClassicScriptsAreRefused) { expectClassicScriptsAreRefused(engi
 TEST_F(SQLiteOn, ClassicScriptsAreMisread) { expectClassicScriptsAreMisread(engine); }
 TEST_F(SQLiteOn, AwkwardDocumentsRun) { expectAwkwardDocumentsRun(engine); }
 TEST_F(SQLiteOn, GeneratedDocumentsHoldWhatTheySay) { expectGeneratedDocumentsOnEngine(engine, kSQLiteTraits, 200); }
+TEST_F(SQLiteOn, MigrationCasesLeadToTheNewDocument) { expectMigrationCasesOnEngine(engine); }
+TEST_F(SQLiteOn, GeneratedMigrationsLeadToTheNewDocument) { expectGeneratedMigrationsOnEngine(engine, 1, 150); }
 
 TEST_F(SQLiteOn, KeywordsMayBeNames) {
     ScopedPreference runnable(prefs::runnableScripts);

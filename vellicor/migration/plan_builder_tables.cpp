@@ -201,22 +201,26 @@ void PlanBuilder::changeColumns(TablePair& pair) {
     const TableShape& table = *pair.after;
     std::unordered_set<const ColumnShape*> stripped;
     if (_dialect.countsOnlyInKeys()) {
-        for (const TablePair::ColumnPair& columns : pair.columns) {
-            const bool keyGoes = leadingKey(pair.gone, columns.renamed->name) != nullptr;
+        const auto strip = [&](const ColumnShape& before, const ColumnShape& renamed) {
+            const bool keyGoes = leadingKey(pair.gone, renamed.name) != nullptr;
             const bool keyStays =
                 std::ranges::any_of(pair.constraints, [&](const TablePair::ConstraintPair& constraints) {
-                    return leadingKey({constraints.before}, columns.renamed->name) != nullptr;
+                    return leadingKey({constraints.before}, renamed.name) != nullptr;
                 });
-            if (!columns.renamed->has(ColumnPart::Counting) || !keyGoes || keyStays) continue;
+            if (!renamed.has(ColumnPart::Counting) || !keyGoes || keyStays) return false;
             // It must stop counting before its key goes.
-            const ColumnShape still = withoutCounting(*columns.before);
-            ColumnChange change{*columns.before, still};
+            const ColumnShape still = withoutCounting(before);
+            ColumnChange change{before, still};
             change.counting = true;
-            MigrationSteps steps(aboutColumn(*pair.before, columns.before->name));
+            MigrationSteps steps(aboutColumn(*pair.before, before.name));
             _dialect.alterColumn(*pair.before, change, steps);
             add(Phase::KeysDropped, steps);
-            stripped.insert(columns.after);
-        }
+            return true;
+        };
+        for (const TablePair::ColumnPair& columns : pair.columns)
+            if (strip(*columns.before, *columns.renamed)) stripped.insert(columns.after);
+        for (const ColumnShape* column : pair.dropped)
+            (void)strip(pair.before->columns[static_cast<std::size_t>(column - pair.renamed.columns.data())], *column);
         for (const TablePair::ColumnPair& columns : pair.columns) {
             const ColumnShape& column = *columns.after;
             if (!column.has(ColumnPart::Counting) ||
