@@ -13,7 +13,7 @@ namespace vellicor {
 
 namespace {
 
-std::string plainType(const std::string& type) {
+std::string mySQLType(const std::string& type) {
     static constexpr std::array<std::pair<std::string_view, std::string_view>, 7> kSynonyms{{
         {"INTEGER", "INT"},
         {"NUMERIC", "DECIMAL"},
@@ -75,7 +75,7 @@ void MySQLMigration::complete(TableShape& table) const {
 }
 
 bool MySQLMigration::isSameType(const std::string& before, const std::string& after) const {
-    return plainType(before) == plainType(after);
+    return mySQLType(before) == mySQLType(after);
 }
 
 std::string MySQLMigration::idempotent(const std::string& sql) const {

@@ -21,7 +21,7 @@ std::string nameGivenByServer(std::string table, std::string column, std::string
     return table + (column.empty() ? "" : "_" + column) + "_" + std::string(suffix);
 }
 
-std::string plainType(const std::string& type) {
+std::string postgreSQLType(const std::string& type) {
     static constexpr std::array<std::pair<std::string_view, std::string_view>, 14> kSynonyms{{
         {"INT", "INTEGER"},
         {"INT4", "INTEGER"},
@@ -47,7 +47,7 @@ std::string plainType(const std::string& type) {
 }
 
 bool isText(const std::string& type) {
-    const std::string plain = plainType(type);
+    const std::string plain = postgreSQLType(type);
     return plain.starts_with("VARCHAR") || plain.starts_with("CHAR") || plain == "TEXT";
 }
 
@@ -90,7 +90,7 @@ std::string PostgreSQLMigration::quoted(const std::string& key) const {
 }
 
 bool PostgreSQLMigration::isSameType(const std::string& before, const std::string& after) const {
-    return plainType(before) == plainType(after);
+    return postgreSQLType(before) == postgreSQLType(after);
 }
 
 std::string PostgreSQLMigration::idempotent(const std::string& sql) const {
@@ -145,7 +145,7 @@ void PostgreSQLMigration::alterColumn(const TableShape& table, const ColumnChang
                        quotedText(table.name.text()), quotedText(change.after.name.key)));
     }
     std::string type = change.after.text(ColumnPart::Type);
-    if (counts) type = plainType(type);
+    if (counts) type = postgreSQLType(type);
     const bool hadDefault = change.before.has(ColumnPart::Default) && !change.before.has(ColumnPart::Counting);
     if (change.type) {
         const std::string was = change.before.text(ColumnPart::Type);

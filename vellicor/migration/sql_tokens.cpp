@@ -7,16 +7,16 @@ namespace vellicor {
 
 namespace {
 
-bool isDigit(char c) { return c >= '0' && c <= '9'; }
+bool isTokenDigit(char c) { return c >= '0' && c <= '9'; }
 bool isBlank(char c) { return c == ' ' || (c >= '\t' && c <= '\r'); }
-bool isWordStart(char c) {
+bool startsToken(char c) {
     return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || c == '_' || c == '@' || c == '#' ||
            static_cast<unsigned char>(c) >= 0x80;
 }
-bool isWordPart(char c) { return isWordStart(c) || isDigit(c) || c == '$'; }
-char upper(char c) { return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c; }
+bool continuesToken(char c) { return startsToken(c) || isTokenDigit(c) || c == '$'; }
+char upperCased(char c) { return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c; }
 
-std::size_t behindQuote(std::string_view sql, std::size_t open, char close, bool backslashEscapes) {
+std::size_t endOfQuoted(std::string_view sql, std::size_t open, char close, bool backslashEscapes) {
     for (std::size_t i = open + 1; i < sql.size(); ++i) {
         if (backslashEscapes && sql[i] == '\\')
             ++i;
@@ -28,7 +28,7 @@ std::size_t behindQuote(std::string_view sql, std::size_t open, char close, bool
     return sql.size();
 }
 
-std::size_t behind(std::string_view sql, std::string_view stop, std::size_t from) {
+std::size_t endAfter(std::string_view sql, std::string_view stop, std::size_t from) {
     const std::size_t found = sql.find(stop, std::min(from, sql.size()));
     return found == std::string_view::npos ? sql.size() : found + stop.size();
 }
@@ -36,7 +36,7 @@ std::size_t behind(std::string_view sql, std::string_view stop, std::size_t from
 }  // namespace
 
 bool SQLToken::isWord(std::string_view upperWord) const {
-    return kind == Kind::Word && std::ranges::equal(text, upperWord, {}, upper);
+    return kind == Kind::Word && std::ranges::equal(text, upperWord, {}, upperCased);
 }
 
 SQLTokens sqlTokens(std::string_view sql, const SQLWordRules& rules) {
@@ -51,21 +51,21 @@ SQLTokens sqlTokens(std::string_view sql, const SQLWordRules& rules) {
             continue;
         }
         if (sql.substr(i, 2) == "--" || sql.substr(i, 2) == "/*") {
-            i = c == '-' ? behind(sql, "\n", i) : behind(sql, "*/", i + 2);
+            i = c == '-' ? endAfter(sql, "\n", i) : endAfter(sql, "*/", i + 2);
             continue;
         }
         if (c == '\'') {
             kind = Kind::Text;
-            end = behindQuote(sql, i, c, rules.backslashEscapes);
+            end = endOfQuoted(sql, i, c, rules.backslashEscapes);
         } else if (c == '"' || c == '`' || (c == '[' && rules.bracketsQuoteNames)) {
             kind = Kind::Name;
-            end = behindQuote(sql, i, c == '[' ? ']' : c, false);
-        } else if (isWordStart(c)) {
+            end = endOfQuoted(sql, i, c == '[' ? ']' : c, false);
+        } else if (startsToken(c)) {
             kind = Kind::Word;
-            while (end < sql.size() && isWordPart(sql[end])) ++end;
-        } else if (isDigit(c)) {
+            while (end < sql.size() && continuesToken(sql[end])) ++end;
+        } else if (isTokenDigit(c)) {
             kind = Kind::Number;
-            while (end < sql.size() && (isWordPart(sql[end]) || sql[end] == '.')) ++end;
+            while (end < sql.size() && (continuesToken(sql[end]) || sql[end] == '.')) ++end;
         }
         tokens.push_back({kind, sql.substr(i, end - i)});
         i = end;
@@ -86,7 +86,7 @@ std::string normalText(const SQLToken* begin, const SQLToken* end) {
         const bool glued = normal.empty() || normal.back() == '(' || token->isSymbol(')') || token->isSymbol(',') ||
                            token->isSymbol('(') || token->isSymbol('.') || normal.back() == '.';
         if (!glued) normal += ' ';
-        for (const char c : token->text) normal += token->kind == SQLToken::Kind::Word ? upper(c) : c;
+        for (const char c : token->text) normal += token->kind == SQLToken::Kind::Word ? upperCased(c) : c;
     }
     return normal;
 }
