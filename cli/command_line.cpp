@@ -49,6 +49,7 @@ void describeCommandLine(CLI::App& app, Session& session) {
     addExportCommand(app, session);
     addAlterCommand(app, session);
     addDiffCommand(app, session);
+    addImportCommand(app, session);
     addInfoCommand(app, session);
     addConvertCommand(app, session);
     addDialectsCommand(app, session);

@@ -11,6 +11,7 @@ struct Session;
 
 /// Each adds its command to `app`. The command sets the session's `run` when the command line names it.
 void addExportCommand(CLI::App& app, Session& session);
+void addImportCommand(CLI::App& app, Session& session);
 void addInfoCommand(CLI::App& app, Session& session);
 void addDiffCommand(CLI::App& app, Session& session);
 void addAlterCommand(CLI::App& app, Session& session);

@@ -47,7 +47,8 @@ LoadedDocument load(const Document& document) {
 
 }  // namespace
 
-Document readDocument(const std::string& argument, Messages& messages) {
+Document readDocument(const std::string& argument, Messages& messages, const SourceOptions& options) {
+    if (isDatabaseSource(argument)) return readDatabaseSource(argument, options, messages);
     Document document;
     if (argument == "-") {
         document.name = "standard input";

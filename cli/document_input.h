@@ -6,6 +6,7 @@
 #include <optional>
 #include <string>
 
+#include "cli/database_source.h"
 #include "vellicor/model/forward.h"
 
 namespace vellicor::cli {
@@ -16,11 +17,12 @@ struct Document {
     std::shared_ptr<SQLContainer> container;    ///< never null
     std::string name;                           ///< for messages: the path as it was given, or "standard input"
     std::string stem;                           ///< what files made from the document are called
-    std::optional<std::filesystem::path> file;  ///< null for standard input
+    std::optional<std::filesystem::path> file;  ///< null for standard input and for servers
     bool recovered = false;                     ///< it was damaged and has been repaired while reading
 };
 
-/// Reads a file, or standard input for "-". A repair becomes a warning; whatever cannot be read is a `Failure`.
-[[nodiscard]] Document readDocument(const std::string& argument, Messages& messages);
+/// Reads a file, standard input for "-", a database by its URL, or a file of SQL. A repair becomes a warning, and so
+/// does what a document cannot hold; whatever cannot be read is a `Failure`.
+[[nodiscard]] Document readDocument(const std::string& argument, Messages& messages, const SourceOptions& options = {});
 
 }  // namespace vellicor::cli

@@ -26,7 +26,7 @@ install_packages() {
 }
 
 BUILD_PACKAGES=(g++ cmake ninja-build pkg-config ccache libicu-dev libexpat1-dev libpugixml-dev nlohmann-json3-dev
-                libplist-dev libfmt-dev libcli11-dev libsqlite3-dev)
+                libplist-dev libfmt-dev libcli11-dev libsqlite3-dev libpq-dev libmariadb-dev)
 TEST_PACKAGES=(libgtest-dev libgmock-dev python3 git postgresql mariadb-server-core mariadb-client-core)
 
 # configure FOLDER [OPTIONS...]: quiet unless it fails.

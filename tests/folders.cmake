@@ -61,6 +61,7 @@ if(TARGET vellicor_tool)
   vellicor_tests(cli
     convert_test.cpp
     diff_test.cpp
+    import_test.cpp
     tool_test.cpp
   )
   # The program that the README shows.
@@ -76,6 +77,7 @@ vellicor_tests(engines
   engine.cpp
   engine_steps.cpp
   generated_documents.cpp
+  import_steps.cpp
   mariadb_engine_test.cpp
   mariadb_server.cpp
   migration_cases.cpp
@@ -87,5 +89,5 @@ vellicor_tests(engines
   sqlite_engine.cpp
   sqlite_engine_test.cpp
   type_judges_test.cpp
-  SUITES MariaDBOn PostgreSQLOn SQLiteOn TypeJudges
+  SUITES MariaDBOn PostgreSQLOn SQLiteImport SQLiteOn TypeJudges
 )

@@ -5,6 +5,7 @@
 #include "tests/engines/classic_refusals.h"
 #include "tests/engines/engine_steps.h"
 #include "tests/engines/generated_documents.h"
+#include "tests/engines/import_steps.h"
 #include "tests/engines/migration_cases.h"
 #include "tests/engines/migration_pairs.h"
 #include "tests/engines/sqlite_engine.h"
@@ -51,6 +52,12 @@ TEST_F(SQLiteOn, AwkwardDocumentsRun) { expectAwkwardDocumentsRun(engine); }
 TEST_F(SQLiteOn, GeneratedDocumentsHoldWhatTheySay) { expectGeneratedDocumentsOnEngine(engine, kSQLiteTraits, 200); }
 TEST_F(SQLiteOn, MigrationCasesLeadToTheNewDocument) { expectMigrationCasesOnEngine(engine); }
 TEST_F(SQLiteOn, GeneratedMigrationsLeadToTheNewDocument) { expectGeneratedMigrationsOnEngine(engine, 1, 150); }
+
+std::unique_ptr<DatabaseConnection> freshSQLite() {
+    return DatabaseConnection::open(DatabaseUrl::parse("sqlite::memory:"), DatabaseAccess::ReadWrite);
+}
+
+TEST(SQLiteImport, KeepsDocuments) { expectImportsKeepDocuments(freshSQLite, "SQLite", kSQLiteTraits, 60); }
 
 TEST_F(SQLiteOn, KeywordsMayBeNames) {
     ScopedPreference runnable(prefs::runnableScripts);
