@@ -13,6 +13,15 @@ namespace vellicor::testing {
 /// An empty database.
 using FreshDatabase = std::function<std::unique_ptr<DatabaseConnection>()>;
 
+/// The engine's database, cleared first.
+template <class ServerType>
+FreshDatabase freshDatabasesOf(ServerType& engine) {
+    return [&engine] {
+        engine.clear();
+        return DatabaseConnection::open(DatabaseUrl::parse(engine.url()), DatabaseAccess::ReadWrite);
+    };
+}
+
 /// Runs the script, reads the database into a document, saves and loads that, and runs its script in another database:
 /// both catalogs are equal, and reading twice gives the same bytes.
 void expectImportKeepsAll(const FreshDatabase& fresh, const std::string& script, const std::string& title);

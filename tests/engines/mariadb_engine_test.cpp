@@ -5,6 +5,7 @@
 #include "tests/engines/classic_refusals.h"
 #include "tests/engines/engine_steps.h"
 #include "tests/engines/generated_documents.h"
+#include "tests/engines/import_steps.h"
 #include "tests/engines/migration_cases.h"
 #include "tests/engines/migration_pairs.h"
 #include "tests/engines/server_fixture.h"
@@ -15,7 +16,7 @@
 namespace vellicor::testing {
 namespace {
 
-const DocumentTraits kTraits{
+const DocumentTraits kMariaDBTraits{
     .types = {{"INTEGER", {{"0"}, {"42", true}, {"-7"}, {"1 + 1", true}, {"NULL"}, {"'5'"}}},
               {"INT", {{"7"}}, true, true},
               {"BIGINT", {{"12345678901"}}},
@@ -51,9 +52,13 @@ TEST_F(MariaDBOn, ClassicAlterStatementsAreRefused) { expectClassicAlterStatemen
 TEST_F(MariaDBOn, ClassicScriptsAreRefused) { expectClassicScriptsAreRefused(engine()); }
 TEST_F(MariaDBOn, ClassicScriptsAreMisread) { expectClassicScriptsAreMisread(engine()); }
 TEST_F(MariaDBOn, AwkwardDocumentsRun) { expectAwkwardDocumentsRun(engine()); }
-TEST_F(MariaDBOn, GeneratedDocumentsHoldWhatTheySay) { expectGeneratedDocumentsOnEngine(engine(), kTraits, 60); }
+TEST_F(MariaDBOn, GeneratedDocumentsHoldWhatTheySay) { expectGeneratedDocumentsOnEngine(engine(), kMariaDBTraits, 60); }
 TEST_F(MariaDBOn, MigrationCasesLeadToTheNewDocument) { expectMigrationCasesOnEngine(engine()); }
 TEST_F(MariaDBOn, GeneratedMigrationsLeadToTheNewDocument) { expectGeneratedMigrationsOnEngine(engine(), 1, 6); }
+
+TEST_F(MariaDBOn, ImportsKeepDocuments) {
+    expectImportsKeepDocuments(freshDatabasesOf(engine()), "mysql", kMariaDBTraits, 25);
+}
 
 TEST_F(MariaDBOn, KeywordsMayBeNames) {
     ScopedPreference runnable(prefs::runnableScripts);

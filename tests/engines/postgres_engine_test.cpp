@@ -5,6 +5,7 @@
 #include "tests/engines/classic_refusals.h"
 #include "tests/engines/engine_steps.h"
 #include "tests/engines/generated_documents.h"
+#include "tests/engines/import_steps.h"
 #include "tests/engines/migration_cases.h"
 #include "tests/engines/migration_pairs.h"
 #include "tests/engines/server_fixture.h"
@@ -55,6 +56,10 @@ TEST_F(PostgreSQLOn, AwkwardDocumentsRun) { expectAwkwardDocumentsRun(engine());
 TEST_F(PostgreSQLOn, GeneratedDocumentsHoldWhatTheySay) { expectGeneratedDocumentsOnEngine(engine(), kPostgresTraits, 60); }
 TEST_F(PostgreSQLOn, MigrationCasesLeadToTheNewDocument) { expectMigrationCasesOnEngine(engine()); }
 TEST_F(PostgreSQLOn, GeneratedMigrationsLeadToTheNewDocument) { expectGeneratedMigrationsOnEngine(engine(), 1, 6); }
+
+TEST_F(PostgreSQLOn, ImportsKeepDocuments) {
+    expectImportsKeepDocuments(freshDatabasesOf(engine()), "postgres", kPostgresTraits, 25);
+}
 
 TEST_F(PostgreSQLOn, KeywordsMayBeNames) {
     ScopedPreference runnable(prefs::runnableScripts);

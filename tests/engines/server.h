@@ -29,6 +29,8 @@ public:
     [[nodiscard]] const std::string& trouble() const { return _trouble; }
     [[nodiscard]] bool isInstalled() const { return _isInstalled; }
     [[nodiscard]] std::vector<Rows> rows(const std::vector<std::string>& queries) override;
+    /// Where the library finds the database that scripts run in.
+    [[nodiscard]] virtual std::string url() const = 0;
 
 protected:
     using Words = std::vector<std::string>;
@@ -61,6 +63,7 @@ class PostgresServer final : public Server {
 public:
     PostgresServer();
     [[nodiscard]] std::string_view dialect() const override { return "postgres"; }
+    [[nodiscard]] std::string url() const override { return "postgres://postgres@/postgres?host=" + folder().string(); }
     void clear() override;
     [[nodiscard]] std::string run(std::string_view script) override;
     [[nodiscard]] Catalog catalog() override;
@@ -89,6 +92,9 @@ class MariaDBServer final : public Server {
 public:
     MariaDBServer();
     [[nodiscard]] std::string_view dialect() const override { return "mysql"; }
+    [[nodiscard]] std::string url() const override {
+        return "mysql://root@/vellicor?socket=" + (folder() / "socket").string();
+    }
     void clear() override;
     [[nodiscard]] std::string run(std::string_view script) override;
     [[nodiscard]] Catalog catalog() override;

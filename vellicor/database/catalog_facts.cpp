@@ -12,18 +12,18 @@ namespace vellicor {
 namespace {
 
 /// Collects words, each with its label, unless they are empty.
-class Line {
+class FactLine {
 public:
-    explicit Line(std::string start) : _line(std::move(start)) {}
-    Line& add(std::string_view label, std::string_view value) {
+    explicit FactLine(std::string start) : _line(std::move(start)) {}
+    FactLine& add(std::string_view label, std::string_view value) {
         if (!value.empty()) _line += text(" %@%@", label, value);
         return *this;
     }
-    Line& add(std::string_view words, bool holds) {
+    FactLine& add(std::string_view words, bool holds) {
         if (holds) _line += text(" %@", words);
         return *this;
     }
-    Line& add(const std::vector<std::string>& names) {
+    FactLine& add(const std::vector<std::string>& names) {
         _line += text(" (%@)", joined(names, ", "));
         return *this;
     }
@@ -33,8 +33,8 @@ private:
     std::string _line;
 };
 
-std::string lineOf(const CatalogColumn& column) {
-    Line line(text("column %@ %@", column.name, lowercased(column.type)));
+std::string factLineOf(const CatalogColumn& column) {
+    FactLine line(text("column %@ %@", column.name, lowercased(column.type)));
     line.add("not null", column.notNull).add("counts", column.autoIncrement).add("identity ", column.identity);
     if (column.defaultValue)
         line.add(column.defaultValue->isExpression ? "default " : "default value ", column.defaultValue->text);
@@ -44,20 +44,20 @@ std::string lineOf(const CatalogColumn& column) {
     return line.words();
 }
 
-Line& addDeferral(Line& line, bool deferrable, bool initiallyDeferred) {
+FactLine& addDeferral(FactLine& line, bool deferrable, bool initiallyDeferred) {
     return line.add("deferrable", deferrable).add("initially deferred", initiallyDeferred);
 }
 
-std::string lineOf(std::string_view kind, const CatalogKey& key) {
-    Line line{std::string(kind)};
+std::string factLineOf(std::string_view kind, const CatalogKey& key) {
+    FactLine line{std::string(kind)};
     line.add("", key.name).add(key.columns).add("nulls not distinct", key.nullsNotDistinct);
     if (!key.included.empty()) line.add("include", true).add(key.included);
     addDeferral(line, key.deferrable, key.initiallyDeferred).add("comment ", key.comment);
     return line.words();
 }
 
-std::string lineOf(const CatalogForeignKey& key) {
-    Line line("foreign key");
+std::string factLineOf(const CatalogForeignKey& key) {
+    FactLine line("foreign key");
     line.add("", key.name).add(key.columns);
     line.add("references ", key.targetSchema.empty() ? key.targetTable : key.targetSchema + "." + key.targetTable);
     line.add(key.targetColumns);
@@ -68,12 +68,12 @@ std::string lineOf(const CatalogForeignKey& key) {
     return line.words();
 }
 
-std::string lineOf(const CatalogIndex& index) {
-    Line line("index");
+std::string factLineOf(const CatalogIndex& index) {
+    FactLine line("index");
     line.add("", index.name).add("", index.type).add("using ", index.method);
     std::vector<std::string> parts;
     for (const CatalogIndexPart& part : index.parts) {
-        Line one(part.column.empty() ? text("(%@)", singleLineSql(part.expression)) : part.column);
+        FactLine one(part.column.empty() ? text("(%@)", singleLineSql(part.expression)) : part.column);
         if (!part.size.empty()) one.add("", text("(%@)", part.size));
         parts.push_back(one.add("", part.options).words());
     }
@@ -86,8 +86,8 @@ std::string lineOf(const CatalogIndex& index) {
 }
 
 template <class Object>
-void compare(const std::vector<Object>& expected, const std::vector<Object>& actual, std::string_view kind,
-             std::vector<std::string>& lines) {
+void compareObjects(const std::vector<Object>& expected, const std::vector<Object>& actual, std::string_view kind,
+                    std::vector<std::string>& lines) {
     const auto nameOf = [&](const Object& object) {
         return text("%@ %@", kind, object.schema.empty() ? object.name : object.schema + "." + object.name);
     };
@@ -117,36 +117,36 @@ void compare(const std::vector<Object>& expected, const std::vector<Object>& act
 
 std::vector<std::string> factsOf(const CatalogTable& table) {
     std::vector<std::string> facts;
-    Line own("table");
+    FactLine own("table");
     own.add("engine ", table.engine).add("character set ", table.characterSet).add("collation ", table.collation);
     own.add("tablespace ", table.tablespace).add("options ", table.options).add("comment ", table.comment);
     facts.push_back(own.words());
-    for (const CatalogColumn& column : table.columns) facts.push_back(lineOf(column));
-    if (table.primaryKey) facts.push_back(lineOf("primary key", *table.primaryKey));
+    for (const CatalogColumn& column : table.columns) facts.push_back(factLineOf(column));
+    if (table.primaryKey) facts.push_back(factLineOf("primary key", *table.primaryKey));
     const std::size_t behindColumns = facts.size();
-    for (const CatalogKey& key : table.uniques) facts.push_back(lineOf("unique", key));
+    for (const CatalogKey& key : table.uniques) facts.push_back(factLineOf("unique", key));
     for (const CatalogCheck& check : table.checks)
-        facts.push_back(Line("check")
+        facts.push_back(FactLine("check")
                             .add("", check.name)
                             .add("", text("(%@)", check.expression))
                             .add("comment ", check.comment)
                             .words());
-    for (const CatalogForeignKey& key : table.foreignKeys) facts.push_back(lineOf(key));
-    for (const CatalogIndex& index : table.indexes) facts.push_back(lineOf(index));
+    for (const CatalogForeignKey& key : table.foreignKeys) facts.push_back(factLineOf(key));
+    for (const CatalogIndex& index : table.indexes) facts.push_back(factLineOf(index));
     std::sort(facts.begin() + static_cast<std::ptrdiff_t>(behindColumns), facts.end());
     return facts;
 }
 
 std::vector<std::string> factsOf(const CatalogView& view) {
-    Line line(view.isMaterialized ? "materialized view" : "view");
+    FactLine line(view.isMaterialized ? "materialized view" : "view");
     if (view.listsColumns) line.add(view.columns);
     return {line.add("comment ", view.comment).add("as ", singleLineSql(view.query)).words()};
 }
 
 std::vector<std::string> differences(const Catalog& expected, const Catalog& actual) {
     std::vector<std::string> lines;
-    compare(expected.tables, actual.tables, "table", lines);
-    compare(expected.views, actual.views, "view", lines);
+    compareObjects(expected.tables, actual.tables, "table", lines);
+    compareObjects(expected.views, actual.views, "view", lines);
     return lines;
 }
 

@@ -26,8 +26,10 @@ void sortByQualifiedName(List& list) {
 Catalog readCatalog(DatabaseConnection& connection) {
     switch (connection.url().engine) {
         case DatabaseEngine::SQLite: return readSQLiteCatalog(connection);
-        default: throw DatabaseError(DatabaseError::Kind::NotBuilt, "only databases of SQLite are read");
+        case DatabaseEngine::PostgreSQL: return readPostgreSQLCatalog(connection);
+        case DatabaseEngine::MySQL: return readMySQLCatalog(connection);
     }
+    return {};
 }
 
 void sortCatalog(Catalog& catalog) {

@@ -29,7 +29,7 @@ const Scheme* schemeOf(std::string_view text) {
     return nullptr;
 }
 
-[[noreturn]] void refuse(const std::string& reason) { throw DatabaseError(DatabaseError::Kind::BadUrl, reason); }
+[[noreturn]] void refuseUrl(const std::string& reason) { throw DatabaseError(DatabaseError::Kind::BadUrl, reason); }
 
 int hexDigit(char c) {
     if (c >= '0' && c <= '9') return c - '0';
@@ -80,15 +80,16 @@ void setOption(DatabaseUrl& url, const std::string& key, std::string_view value)
     } else if (key == "connect_timeout") {
         const auto end = value.data() + value.size();
         if (std::from_chars(value.data(), end, url.timeout).ptr != end || url.timeout == 0)
-            refuse(text("'%@' is no number of seconds for connect_timeout", value));
+            refuseUrl(text("'%@' is no number of seconds for connect_timeout", value));
     } else if (key.starts_with("ssl")) {
         url.options[key] = decoded(value);
     } else if (key == "password" || key == "passwd") {
-        refuse(
+        refuseUrl(
             "a password does not belong into a URL, where others can see it; PostgreSQL reads PGPASSWORD and "
             "~/.pgpass, MySQL ~/.my.cnf");
     } else {
-        refuse(text("a database URL takes no '%@'; it takes schema, host, port, user, connect_timeout and ssl…", key));
+        refuseUrl(
+            text("a database URL takes no '%@'; it takes schema, host, port, user, connect_timeout and ssl…", key));
     }
 }
 
@@ -126,14 +127,14 @@ bool DatabaseUrl::isUrl(std::string_view text) { return schemeOf(text) != nullpt
 DatabaseUrl DatabaseUrl::parse(std::string_view text) {
     const Scheme* scheme = schemeOf(text);
     if (!scheme)
-        refuse("a database is given as sqlite:FILE, postgres://user@host/database or mysql://user@host/database");
+        refuseUrl("a database is given as sqlite:FILE, postgres://user@host/database or mysql://user@host/database");
     DatabaseUrl url;
     url.engine = scheme->engine;
     text.remove_prefix(scheme->start.size());
     if (url.engine == DatabaseEngine::SQLite) {
         if (text.starts_with("//")) text.remove_prefix(2);
         url.file = text;
-        if (url.file.empty()) refuse("sqlite: needs the path of a database behind it");
+        if (url.file.empty()) refuseUrl("sqlite: needs the path of a database behind it");
         return url;
     }
     std::string_view rest = text;
@@ -152,9 +153,9 @@ DatabaseUrl DatabaseUrl::parse(std::string_view text) {
         setOption(url, key, option);
     }
     if (url.engine == DatabaseEngine::MySQL && url.database.empty() && url.schemas.empty())
-        refuse("a MySQL URL needs a database: mysql://user@host/database");
+        refuseUrl("a MySQL URL needs a database: mysql://user@host/database");
     if (!url.port.empty() && url.port.find_first_not_of("0123456789") != std::string::npos)
-        refuse(vellicor::text("'%@' is no port", url.port));
+        refuseUrl(vellicor::text("'%@' is no port", url.port));
     return url;
 }
 

@@ -13,12 +13,12 @@ bool isWordCharacter(char c) {
     const auto byte = static_cast<unsigned char>(c);
     return (byte | 0x20) - 'a' < 26u || byte - '0' < 10u || c == '_' || c == '$' || byte >= 0x80;
 }
-bool isDigit(char c) { return c >= '0' && c <= '9'; }
-bool isBlank(char c) { return c == ' ' || (c >= '\t' && c <= '\r'); }
+bool isSqlDigit(char c) { return c >= '0' && c <= '9'; }
+bool isSqlBlank(char c) { return c == ' ' || (c >= '\t' && c <= '\r'); }
 
-class Scanner {
+class TokenScanner {
 public:
-    Scanner(std::string_view sql, bool backslashes) : _sql(sql), _backslashes(backslashes) {}
+    TokenScanner(std::string_view sql, bool backslashes) : _sql(sql), _backslashes(backslashes) {}
 
     std::vector<SqlToken> tokens() {
         std::vector<SqlToken> tokens;
@@ -31,7 +31,7 @@ private:
     void skip() {
         while (_place < _sql.size()) {
             const std::string_view rest = _sql.substr(_place);
-            if (isBlank(rest.front()))
+            if (isSqlBlank(rest.front()))
                 ++_place;
             else if (rest.starts_with("--"))
                 _place = std::min(_sql.find('\n', _place), _sql.size());
@@ -49,7 +49,7 @@ private:
         if (c == '\'' || c == '"' || c == '`' || c == '[') {
             token.kind = c == '\'' ? SqlToken::Kind::Text : SqlToken::Kind::Name;
             token.value = quoted(c == '[' ? ']' : c);
-        } else if (isDigit(c) || (c == '.' && start + 1 < _sql.size() && isDigit(_sql[start + 1]))) {
+        } else if (isSqlDigit(c) || (c == '.' && start + 1 < _sql.size() && isSqlDigit(_sql[start + 1]))) {
             token.kind = SqlToken::Kind::Number;
             number();
         } else if (isWordCharacter(c)) {
@@ -103,7 +103,9 @@ private:
 
 }  // namespace
 
-std::vector<SqlToken> sqlTokens(std::string_view sql, bool backslashes) { return Scanner(sql, backslashes).tokens(); }
+std::vector<SqlToken> sqlTokens(std::string_view sql, bool backslashes) {
+    return TokenScanner(sql, backslashes).tokens();
+}
 
 bool isSqlNumber(std::string_view text) {
     text = trimmed(text);
@@ -111,9 +113,9 @@ bool isSqlNumber(std::string_view text) {
     std::size_t digits = 0;
     std::size_t dots = 0;
     for (const char c : text) {
-        digits += isDigit(c);
+        digits += isSqlDigit(c);
         dots += c == '.';
-        if (!isDigit(c) && c != '.') return false;
+        if (!isSqlDigit(c) && c != '.') return false;
     }
     return digits > 0 && dots < 2;
 }

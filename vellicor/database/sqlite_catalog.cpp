@@ -14,11 +14,11 @@ namespace vellicor {
 
 namespace {
 
-constexpr std::string_view kOurTables =
+constexpr std::string_view kSQLiteTables =
     " FROM (SELECT m.name AS name, m.sql AS sql FROM sqlite_master m JOIN pragma_table_list l ON l.schema = 'main'"
     " AND l.name = m.name WHERE m.type = 'table' AND l.type = 'table' AND m.name NOT LIKE 'sqlite\\_%' ESCAPE '\\') m ";
 
-std::uint64_t actionOf(std::string_view words) {
+std::uint64_t sqliteActionOf(std::string_view words) {
     if (words == "CASCADE") return action::cascade;
     if (words == "RESTRICT") return action::restrict_;
     if (words == "SET NULL") return action::setNull;
@@ -26,7 +26,7 @@ std::uint64_t actionOf(std::string_view words) {
     return action::none;
 }
 
-CatalogDefault defaultOf(const std::string& written) {
+CatalogDefault sqliteDefaultOf(const std::string& written) {
     std::string content;
     if (contentOfSqlText(written, content)) return catalogDefaultOf(std::move(content), written);
     return {written, true};
@@ -54,7 +54,7 @@ public:
 
 private:
     DatabaseRows rows(std::string_view columns, std::string_view rest) {
-        return _connection.query(text("SELECT %@%@%@", columns, kOurTables, rest));
+        return _connection.query(text("SELECT %@%@%@", columns, kSQLiteTables, rest));
     }
     CatalogTable& table(const std::string& name) { return _catalog.tables[_places.at(name)]; }
     const SQLiteTableText& textOf(const std::string& name) { return _texts.at(name); }
@@ -115,7 +115,7 @@ private:
             column.name = *row[1];
             column.type = row[2]->empty() ? "BLOB" : *row[2];  // what a column without a type behaves like
             column.notNull = row[3] == "1";
-            if (row[4]) column.defaultValue = defaultOf(*row[4]);
+            if (row[4]) column.defaultValue = sqliteDefaultOf(*row[4]);
             if (row[6] == "2" || row[6] == "3") column.generatedKind = row[6] == "2" ? "VIRTUAL" : "STORED";
             if (row[5] != "0") keys[*row[0]][std::stoi(*row[5])] = column.name;
             table(*row[0]).columns.push_back(std::move(column));
@@ -190,8 +190,8 @@ private:
                 lastKey = std::move(key);
                 CatalogForeignKey facts;
                 facts.targetTable = *row[2];
-                facts.deleteAction = actionOf(*row[5]);
-                facts.updateAction = actionOf(*row[6]);
+                facts.deleteAction = sqliteActionOf(*row[5]);
+                facts.updateAction = sqliteActionOf(*row[6]);
                 table.foreignKeys.push_back(std::move(facts));
             }
             CatalogForeignKey& key = table.foreignKeys.back();

@@ -9,9 +9,9 @@ namespace vellicor {
 namespace {
 
 /// A place among the tokens of a statement.
-class Reader {
+class StatementReader {
 public:
-    explicit Reader(std::string_view sql) : _sql(sql), _tokens(sqlTokens(sql)) {}
+    explicit StatementReader(std::string_view sql) : _sql(sql), _tokens(sqlTokens(sql)) {}
 
     [[nodiscard]] const SqlToken& peek() const { return _tokens[_place]; }
     [[nodiscard]] bool atEnd() const { return peek().kind == SqlToken::Kind::End; }
@@ -65,9 +65,9 @@ private:
     std::size_t _place = 0;
 };
 
-class TableReader : Reader {
+class TableTextReader : StatementReader {
 public:
-    explicit TableReader(std::string_view sql) : Reader(sql) {}
+    explicit TableTextReader(std::string_view sql) : StatementReader(sql) {}
 
     SQLiteTableText read() {
         skipTo("(");
@@ -190,10 +190,10 @@ private:
 
 }  // namespace
 
-SQLiteTableText SQLiteTableText::parse(std::string_view sql) { return TableReader(sql).read(); }
+SQLiteTableText SQLiteTableText::parse(std::string_view sql) { return TableTextReader(sql).read(); }
 
 SQLiteViewText SQLiteViewText::parse(std::string_view sql) {
-    Reader reader(sql);
+    StatementReader reader(sql);
     SQLiteViewText view;
     while (!reader.atEnd() && !reader.peek().is("AS")) {
         if (reader.peek().is("(")) {
@@ -209,7 +209,7 @@ SQLiteViewText SQLiteViewText::parse(std::string_view sql) {
 }
 
 SQLiteIndexText SQLiteIndexText::parse(std::string_view sql) {
-    Reader reader(sql);
+    StatementReader reader(sql);
     SQLiteIndexText index;
     reader.skipTo("(");
     reader.take();
