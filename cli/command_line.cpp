@@ -41,7 +41,7 @@ std::string explained(const CLI::App& app, const CLI::ParseError& error) {
 
 void describeCommandLine(CLI::App& app, Session& session) {
     app.name("vellicor");
-    app.description("Design documents of databases: SQL scripts in ten dialects, and other forms.");
+    app.description("Design documents of databases: SQL scripts in many dialects, and other forms.");
     app.set_version_flag("--version", "vellicor " VELLICOR_VERSION, "show the version");
     app.require_subcommand(0, 1);
     app.set_help_flag("-h,--help", "show this help");

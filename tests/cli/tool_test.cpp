@@ -3,8 +3,10 @@
 #include <gtest/gtest.h>
 
 #include <map>
+#include <set>
 
 #include "tests/cli/tool_run.h"
+#include "vellicor/dialects/dialect_manager.h"
 #include "vellicor/platform/json.h"
 #include "vellicor/platform/known_preferences.h"
 #include "vellicor/platform/text.h"
@@ -26,8 +28,6 @@ using testing::ToolRun;
 
 const std::string kShop = kExamples + "shop.xml";
 const std::string kWarehouse = kExamples + "warehouse.xml";
-const std::vector<std::string> kDialects{"generic",   "OpenBase",  "SQLite",   "sybase", "postgres",
-                                         "FileMaker", "SQLServer", "Redshift", "mysql",  "Oracle"};
 
 /// A document that needs recovery: one closing tag lost its slash.
 constexpr const char* kDamaged = R"(<SQLContainer><SQLTable><name>t</name><SQLField><name>a</name><type>INTEGER</type>
@@ -116,7 +116,8 @@ TEST(Tool, AnExistingOutputSurvivesFailures) {
 
 TEST(ToolExport, WritesEveryDialect) {
     ToolRun tool;
-    for (const std::string& dialect : kDialects) {
+    for (const auto& record : DialectManager::getDialectManager().exporterList()) {
+        const std::string& dialect = record->getName();
         const Outcome outcome = tool({"export", kShop, "-d", dialect, "--types", "keep"});
         EXPECT_EQ(outcome.code, 0) << dialect;
         EXPECT_THAT(outcome.out, HasSubstr("CREATE TABLE ")) << dialect;
@@ -314,17 +315,22 @@ TEST(ToolDialects, ListsTheRegistryWithWhatEachCanDo) {
     const std::string lines = tool({"dialects"}).out;
     const Value result = valueFromJson(tool({"dialects", "--json"}).out);
     std::vector<std::string> names;
-    std::map<std::string, std::string> able;  // the dialects that can do a thing
+    std::map<std::string, std::string> able;  // those of a few dialects that can do a thing
+    const std::set<std::string> few{"generic", "OpenBase", "SQLite", "FileMaker", "mysql", "Oracle"};
+    std::vector<std::string> registered;
+    for (const auto& record : DialectManager::getDialectManager().exporterList())
+        registered.push_back(record->getName());
     for (const Value& dialect : *result.find("dialects")->asList()) {
         names.push_back(*dialect.find("name")->asText());
         const std::string ownName = *dialect.find("ownName")->asText();
         EXPECT_THAT(lines, HasSubstr(names.back() + "\n    own name      " + ownName + "\n"));
         for (const Value& driver : *dialect.find("drivers")->asList()) EXPECT_THAT(lines, HasSubstr(*driver.asText()));
         for (const char* what : {"views", "ifNotExists", "indexPrefixSizes"})
-            if (*dialect.find("capabilities")->find(what) == Value::boolean(true)) able[what] += names.back() + " ";
+            if (few.contains(names.back()) && *dialect.find("capabilities")->find(what) == Value::boolean(true))
+                able[what] += names.back() + " ";
     }
-    EXPECT_EQ(names, kDialects);
-    EXPECT_EQ(able["views"], "generic SQLite sybase postgres SQLServer Redshift mysql Oracle ");
+    EXPECT_EQ(names, registered);
+    EXPECT_EQ(able["views"], "generic SQLite mysql Oracle ");
     EXPECT_EQ(able["ifNotExists"], "SQLite mysql ");
     EXPECT_EQ(able["indexPrefixSizes"], "mysql ");
 }

@@ -6,6 +6,7 @@
 #include "tests/support/document_builder.h"
 #include "tests/support/log_capture.h"
 #include "tests/support/scoped_preference.h"
+#include "vellicor/dialects/dialect_manager.h"
 #include "vellicor/export/alter_run.h"
 #include "vellicor/export/sql_export_dialect_common.h"
 #include "vellicor/export/exporter_common.h"
@@ -134,8 +135,8 @@ TEST(AlterInDialects, NothingRaisesForDetachedComponents) {
     auto constraint = SQLConstraint::initWithName("c");
     auto key = SQLForeignKey::initWithName("k");
     LogCapture captured;
-    for (const char* dialect : {"generic", "OpenBase", "SQLite", "sybase", "postgres", "FileMaker", "SQLServer",
-                                "Redshift", "mysql", "Oracle"}) {
+    for (const auto& record : DialectManager::getDialectManager().exporterList()) {
+        const std::string& dialect = record->getName();
         auto exporter = testing::exporterOf(dialect);
         for (const Statements& statements :
              {exporter->alterAsVector(*now, *old, nullptr), exporter->postLoadAlterAsVector(*now, *old),

@@ -8,6 +8,7 @@
 
 #include "tests/support/log_capture.h"
 #include "tests/support/temp_folder.h"
+#include "vellicor/dialects/dialect_manager.h"
 #include "vellicor/model/archive_reading.h"
 #include "vellicor/model/field.h"
 #include "vellicor/model/index.h"
@@ -128,8 +129,12 @@ TEST(Parser, ElementsInsidePropertyElementsBelongToNothing) {
 }
 
 TEST(Parser, ForeignClassesDuplicatesAndEmptyIndexColumnsStopTheLoad) {
-    for (const char* name : {"SQLObject", "SQLTableComponent", "SQLValue", "Parser", "QVParserElement",
-                             "SQLiteExporter", "SQLForeignKeyObjectGraph", "QVVisualThemeDark", "ProgressWatcher"}) {
+    std::vector<std::string> refused{"SQLObject", "SQLTableComponent", "SQLValue", "Parser", "QVParserElement",
+                                     "SybaseStyleExporter", "MySQLIndexExporter", "SQLForeignKeyObjectGraph",
+                                     "QVVisualThemeDark", "ProgressWatcher"};
+    for (const auto& dialect : DialectManager::getDialectManager().exporterList())
+        refused.emplace_back(dialect->exporter()->className());
+    for (const std::string& name : refused) {
         EXPECT_EQ(failureOf([&] { (void)table(text("<%@/>", name)); }),
                   text("XML Security Exception: Object (%@) did not implement protocol SQLObjectImportable", name));
     }

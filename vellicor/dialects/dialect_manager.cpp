@@ -2,6 +2,7 @@
 #include "vellicor/dialects/dialect_manager.h"
 
 #include <algorithm>
+#include <unordered_set>
 #include <variant>
 
 #include "vellicor/dialects/built_in_dialects.h"
@@ -131,6 +132,15 @@ std::shared_ptr<TypeSizes> typeSizesOfDialect(std::string_view dialect) { return
 
 std::shared_ptr<SQLExportDialect> exporterNamedWithPlugins(std::string_view dialect) {
     return DialectManager::getDialectManager().getExporterWithName(dialect, true);
+}
+
+bool isExporterClass(std::string_view className) {
+    static const auto* const classes = [] {
+        auto* all = new std::unordered_set<std::string_view>{"SQLExportDialect", "SybaseStyleExporter"};
+        for (const BuiltInDialect& dialect : builtInDialects()) all->insert(dialect.exporter()->className());
+        return all;
+    }();
+    return classes->contains(className);
 }
 
 std::shared_ptr<SQLExportDialect> defaultExporter() { return DialectManager::getDialectManager().getExporter(); }

@@ -6,6 +6,7 @@
 #include "vellicor/model/comment.h"
 #include "vellicor/model/document_info.h"
 #include "vellicor/model/document_names.h"
+#include "vellicor/model/exporter_source.h"
 #include "vellicor/model/field.h"
 #include "vellicor/model/foreign_key.h"
 #include "vellicor/model/index.h"
@@ -37,7 +38,7 @@ constexpr const ClassInfo* kImportable[] = {
     &SQLPoint::kClassInfo,       &SQLSize::kClassInfo,
 };
 
-/// Classes of this library that a document may not create; naming one stops the load.
+/// Classes of this library that a document may not create, beside those of exporters; naming one stops the load.
 constexpr std::string_view kRefused[] = {
     "SQLObject",
     "SQLObjectPeer",
@@ -69,19 +70,7 @@ constexpr std::string_view kRefused[] = {
     "ExporterCommon",
     "GenericSQLExporterAppender",
     "SQLExportDialectCommon",
-    "SQLExportDialect",
-    "GenericSQLExporter",
-    "OpenBaseSQLExporter",
-    "SQLiteExporter",
-    "SybaseStyleExporter",
-    "SybaseSQLExporter",
-    "SQLServerExporter",
-    "PostgresqlExporter",
-    "RedshiftExporter",
-    "FilemakerExporter",
-    "MySQLExporter",
     "MySQLIndexExporter",
-    "OracleSQLExporter",
     "FKGraphNode",
     "SQLForeignKeyObjectGraph",
     "SQLForeignKeyGraph",
@@ -115,8 +104,8 @@ bool namesObjectInDocuments(std::string_view elementName) {
 
 std::shared_ptr<Loadable> objectForElement(std::string_view elementName) {
     const auto found = makers().find(elementName);
-    if (found == makers().end()) return nullptr;
-    if (!found->second) {
+    if (found == makers().end() && !isExporterClass(elementName)) return nullptr;
+    if (found == makers().end() || !found->second) {
         throw SQLException(exceptions::xmlSecurity,
                            text("Object (%@) did not implement protocol SQLObjectImportable", elementName));
     }

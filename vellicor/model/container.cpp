@@ -160,6 +160,7 @@ bool SQLContainer::addObjectToContainer(const std::shared_ptr<SQLObjectPeer>& ob
     }
     _zorderArray.lock()->place(*object, zorder);
     list->insert(std::min(index, list->size()), object);
+    _foreignKeyNames.note(*object);
     addUidForObject(*object);
     _lastObjectAdded = object.get();
     adopt(*object);
@@ -225,6 +226,7 @@ void SQLContainer::remove(SQLObjectPeer& object) {
     const auto keptAlive = object.shared_from_this();
     auto list = lockedList();
     list->remove(object);
+    ForeignKeyNames::noteLoss();
     removeUidForObject(object);
     release(object);
     _zorderArray.lock()->remove(object);
@@ -236,6 +238,7 @@ void SQLContainer::removeAll() {
     auto list = lockedList();
     const Objects removed = list->snapshot();
     list->clear();
+    _foreignKeyNames.forget();
     _uidList.lock()->clear();
     const Stacking stacking = std::exchange(*_zorderArray.lock(), {});
     for (const auto& object : removed) release(*object);
@@ -255,6 +258,7 @@ void SQLContainer::setObjects(Objects objects) {
     std::erase(objects, nullptr);
     std::erase_if(objects, [](const auto& object) { return object->asContainer() != nullptr; });
     list->assign(objects);
+    _foreignKeyNames.forget();
     for (const auto& object : previous)
         if (_guests && !list->contains(*object)) _guests->remove(*object);
     for (const auto& object : objects)

@@ -10,6 +10,7 @@
 #include <unordered_set>
 #include <vector>
 
+#include "vellicor/model/foreign_key_names.h"
 #include "vellicor/model/forward.h"
 #include "vellicor/model/name_match.h"
 #include "vellicor/model/name_scope.h"
@@ -157,6 +158,8 @@ public:
                                                      bool isFKObject) const;
     [[nodiscard]] bool holdsName(std::string_view lowercasedName, const SQLObject* except) const override;
     [[nodiscard]] std::size_t siblingCount(const SQLObject* except) const override;
+    /// A component of a table of this document has come, or its key has another name or target.
+    void foreignKeyMayHaveChanged(SQLObject& component) { _foreignKeyNames.note(component); }
     [[nodiscard]] LockedHandle<NumberHints> numberHints() const override;
     void memberUidDidChange(SQLObject& member) override;
     void memberNameDidChange(SQLObject& member) override;
@@ -329,6 +332,7 @@ private:
     std::shared_ptr<SQLObjectLabelManager> _objectLabelManager;
     std::shared_ptr<SQLExportDialect> _dialectExporter;
     std::unique_ptr<GuestWatch> _guests;                  // listed objects that another document, or none, holds
+    mutable ForeignKeyNames _foreignKeyNames{*this};      // guarded by the list's lock
     std::vector<std::weak_ptr<SQLObjectPeer>> _departed;  // left a scratch document with their reference to it
 };
 

@@ -1,7 +1,4 @@
 // vellicor/model/container_naming.cpp — free names among the objects of a document, and for its foreign keys.
-#include <unordered_set>
-
-#include "vellicor/model/connectable.h"
 #include "vellicor/model/container.h"
 #include "vellicor/model/table.h"
 #include "vellicor/platform/preference_keys.h"
@@ -29,20 +26,20 @@ std::string SQLContainer::validNameForForeignKey(const SQLObject& foreignKey, st
     const std::string proposal(proposedName);
     if (!Preferences::shared().boolForKey(prefs::forceForeignKeyUnique)) return proposal;
 
+    auto list = lockedList();
+    if (_isTempContainer || _guests) _foreignKeyNames.forget();  // objects of others report there
     // Kept: the asking object counts, too, so a resolved key that asks for the name it has is given another.
-    std::unordered_set<std::string> used;
-    for (const SQLConnectable* key : foreignKeyList())
-        if (key->targetTable()) used.insert(key->foreignKeyName());
     const SQLTable* table = isFKObject ? foreignKey.parentTable() : nullptr;
-    if (!used.contains(proposal) && !(table && SQLNameMatch::isObjectNamePresent(proposal, *table, &foreignKey)))
+    if (!_foreignKeyNames.holds(proposal) &&
+        !(table && SQLNameMatch::isObjectNamePresent(proposal, *table, &foreignKey)))
         return proposal;
 
     const IncrementingNameParts parts = SQLNameMatch::namePartsForIncrementing(proposal);
-    auto number = static_cast<std::uint64_t>(parts.numberPart ? integerValue(*parts.numberPart) : 1);
-    for (;; ++number) {
-        std::string candidate = parts.namePart + text("_fk_%ld", static_cast<std::int64_t>(number));
-        if (!used.contains(candidate) && !(table && table->isFieldNamePresent(candidate))) return candidate;
-    }
+    const std::string base = parts.namePart + "_fk";
+    const auto start = static_cast<std::uint64_t>(parts.numberPart ? integerValue(*parts.numberPart) : 1);
+    const std::uint64_t number = _foreignKeyNames.firstFreeNumber(
+        base, start, [table](const std::string& name) { return table && table->isFieldNamePresent(name); });
+    return text("%@_%ld", base, static_cast<std::int64_t>(number));
 }
 
 }  // namespace vellicor

@@ -12,6 +12,8 @@ class SQLExportDialect;
 [[nodiscard]] std::shared_ptr<SQLExportDialect> exporterNamed(std::string_view dialect);
 /// The same, with export plug-ins asked for names that no dialect has.
 [[nodiscard]] std::shared_ptr<SQLExportDialect> exporterNamedWithPlugins(std::string_view dialect);
+/// The class of a registered exporter, or one that exporters are derived from.
+[[nodiscard]] bool isExporterClass(std::string_view className);
 /// A fresh generic exporter.
 [[nodiscard]] std::shared_ptr<SQLExportDialect> defaultExporter();
 

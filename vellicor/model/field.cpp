@@ -63,6 +63,7 @@ void SQLField::setUnique(bool flag) {
 void SQLField::setPrimaryKey(bool flag) {
     registerUndo(this, [old = _primaryKey](SQLField& field) { field.setPrimaryKey(old); });
     _primaryKey = flag;
+    if (const SQLTable* table = parentTable()) table->primaryKeyDidChange();
 }
 
 void SQLField::setAutoIncrement(bool flag) {
@@ -128,6 +129,13 @@ void SQLField::setReferenceId(const OptionalText& name) {
     else
         removeProperty(keys::foreignKeyName);
 }
+
+void SQLField::propertyDidChange(std::string_view key) {
+    SQLTableComponent::propertyDidChange(key);
+    if (key == keys::foreignKeyName) foreignKeyDidChange();
+}
+
+void SQLField::propertiesWereMerged() { foreignKeyDidChange(); }
 
 // --- actions and cardinalities
 

@@ -96,6 +96,8 @@ public:
     /// Undoable. Made unique by the document; an empty result removes the property.
     void setForeignKeyName(const OptionalText& name);
     [[nodiscard]] std::string foreignKeyName() const override { return getProperty(keys::foreignKeyName); }
+    void propertyDidChange(std::string_view key) override;
+    void propertiesWereMerged() override;
     bool validateForeignKeyName(OptionalText& name, ValidationError* error);
     void setReferenceId(const OptionalText& name);
     [[nodiscard]] std::string getReferenceId() const override { return getProperty(keys::foreignKeyName); }
@@ -143,6 +145,8 @@ public:
     [[nodiscard]] SQLTable* observingFkTable() const { return reference().observed.get(); }
     /// The columns that were given this one as target and still live.
     [[nodiscard]] std::vector<SQLField*> connectedObjects() const;
+    /// Some column points here, or did so.
+    [[nodiscard]] bool hasConnectedObjects() const { return !_connectedObjects.empty(); }
 
     // --- old compound keys (field_compound.cpp)
     [[nodiscard]] ForeignKeyMode foreignKeyMode() const;

@@ -158,6 +158,7 @@ void SQLField::pointTo(SQLField& target) {
     if (table) table->observeTableForForeignKey(*this);
     reference.observed = table;
     if (isNew) target.addConnectedObject(*this);
+    foreignKeyDidChange();
 }
 
 void SQLField::clearReference() {
@@ -169,6 +170,7 @@ void SQLField::clearReference() {
     _reference->observed = nullptr;
     setReferencesTableUID(std::nullopt);
     setReferencesFieldUID(std::nullopt);
+    foreignKeyDidChange();
 }
 
 void SQLField::updateGraph() {

@@ -133,6 +133,7 @@ std::vector<SQLField*> SQLForeignKey::targetFieldObjectList() const {
 void SQLForeignKey::setTargetTable(SQLTable* table) {
     registerUndo(this, [old = shared(targetTable())](SQLForeignKey& key) { key.setTargetTable(old.get()); });
     _targetTable = table;
+    foreignKeyDidChange();
 }
 
 void SQLForeignKey::setTargetTableByName(const OptionalText& name) { setProperty(keys::targetTableName, name); }

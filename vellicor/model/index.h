@@ -2,6 +2,7 @@
 #pragma once
 
 #include <map>
+#include <unordered_set>
 
 #include "vellicor/model/table_component.h"
 #include "vellicor/platform/guarded.h"
@@ -122,8 +123,14 @@ private:
 
     using ReadEntries = std::vector<std::shared_ptr<SQLIndexEntry>>;
 
-    Guarded<std::map<std::int64_t, std::string>> _fieldNameList;  // names as read, by position, until `postLoadProcess`
-    Guarded<ReadEntries> _fieldSizeListPreLoad;                   // entries as read, until then
+    /// Names as read from a document, by position, until `postLoadProcess`.
+    struct NamesAsRead {
+        std::map<std::int64_t, std::string> byPosition;
+        std::unordered_set<std::string> all;
+    };
+
+    Guarded<NamesAsRead> _namesAsRead;
+    Guarded<ReadEntries> _fieldSizeListPreLoad;  // entries as read, until then
     Guarded<Entries> _indexEntryList;
 };
 

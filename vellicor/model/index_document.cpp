@@ -30,8 +30,8 @@ void SQLIndexEntry::setFieldUid(const OptionalText& uid) { setProperty(keys::fie
 // --- reading
 
 void SQLIndex::setFieldName(const OptionalText& name) {
-    auto names = _fieldNameList.lock();
-    insertFieldName(name, names->empty() ? 0 : names->rbegin()->first + 1);
+    auto read = _namesAsRead.lock();
+    insertFieldName(name, read->byPosition.empty() ? 0 : read->byPosition.rbegin()->first + 1);
 }
 
 void SQLIndex::insertFieldName(const OptionalText& name, std::int64_t position) {
@@ -39,14 +39,14 @@ void SQLIndex::insertFieldName(const OptionalText& name, std::int64_t position) 
         log("Note: nil field in index");
         throw SQLException(exceptions::nilIndexField, "Index name passed to index was empty");
     }
-    auto names = _fieldNameList.lock();
-    auto isSame = [&](const auto& listed) { return listed.second == *name; };
-    if (position < 0 || std::ranges::any_of(*names, isSame)) return;
+    auto read = _namesAsRead.lock();
+    if (position < 0 || !read->all.insert(*name).second) return;
+    auto& names = read->byPosition;
     constexpr std::int64_t kLast = std::numeric_limits<std::int64_t>::max() / 2;  // names still move up from there
     std::int64_t place = std::min(position, kLast);
     std::string moving = *name;
-    for (auto used = names->find(place); used != names->end(); used = names->find(++place)) moving.swap(used->second);
-    names->emplace(place, std::move(moving));
+    for (auto used = names.find(place); used != names.end(); used = names.find(++place)) moving.swap(used->second);
+    names.emplace(place, std::move(moving));
 }
 
 void SQLIndex::addIndexEntry(const std::shared_ptr<SQLIndexEntry>& entry) {
@@ -103,8 +103,8 @@ void SQLIndex::rebindColumns() {
 }
 
 void SQLIndex::takeColumnNames() {
-    const auto names = std::exchange(*_fieldNameList.lock(), {});
-    for (const auto& [position, name] : names) addFieldFromName(name);
+    const auto read = std::exchange(*_namesAsRead.lock(), {});
+    for (const auto& [position, name] : read.byPosition) addFieldFromName(name);
 }
 
 void SQLIndex::takeColumnSizes() {

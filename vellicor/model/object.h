@@ -80,6 +80,8 @@ public:
     /// of `undoProperties`.
     virtual void propertyWillChange(std::string_view key, const PropertyValue* current, const PropertyValue* next);
     virtual void propertyDidChange(std::string_view /*key*/) {}
+    /// Entries came in by a bulk merge.
+    virtual void propertiesWereMerged() {}
     /// Keys whose every change is undoable. Each class has its own list; `classUndoProperties` answers the one of the
     /// object's class.
     static const UndoProperties& undoProperties();

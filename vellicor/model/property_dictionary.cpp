@@ -91,6 +91,7 @@ void QVMutableNotifyingPropertyDictionary::addEntriesFromDictionary(const Snapsh
         notifyChange();
     }
     if (hasUid) tellOwnerOfUid();
+    if (_owner) _owner->propertiesWereMerged();
 }
 
 void QVMutableNotifyingPropertyDictionary::addEntriesFromPropertyDictionary(

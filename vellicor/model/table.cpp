@@ -5,6 +5,7 @@
 #include <mutex>
 
 #include "vellicor/model/component_index.h"
+#include "vellicor/model/foreign_key_names.h"
 #include "vellicor/platform/log.h"
 #include "vellicor/platform/preference_keys.h"
 #include "vellicor/platform/preferences.h"
@@ -46,6 +47,7 @@ SQLTable::~SQLTable() {
     auto components = _fields.lock();
     for (const auto& component : *components)
         if (component->container() == this) component->setParent(nullptr);
+    ForeignKeyNames::noteLoss();
 }
 
 void SQLTable::init() {

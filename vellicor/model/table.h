@@ -83,9 +83,14 @@ public:
     void reorderFieldWithUid(std::string_view uid, std::size_t position);
 
     // --- components: lists; copies, in order
-    [[nodiscard]] Components getFields() const;
-    [[nodiscard]] Components fields() const { return getFields(); }
-    [[nodiscard]] Components objectList() const { return getFields(); }
+    /// All of them: columns, indexes, constraints, keys.
+    [[nodiscard]] Components components() const;
+    /// The same under the names that the files of documents gave it; columns alone are `columnObjectList()`.
+    [[nodiscard]] Components getFields() const { return components(); }
+    [[nodiscard]] Components fields() const { return components(); }
+    [[nodiscard]] Components objectList() const { return components(); }
+    /// The columns; they live as long as they stand in the table.
+    [[nodiscard]] Fields columnObjectList() const;
     /// The list itself, locked while the handle lives.
     [[nodiscard]] Guarded<Components>::Handle<const Components> lockedFields() const { return _fields.lock(); }
     /// Calls `visit(T&)` for each component of a kind, in order, under the list's lock.
@@ -209,6 +214,8 @@ public:
     /// Mode 0: names; mode 1: columns.
     [[nodiscard]] std::variant<std::vector<std::string>, Fields> primaryKeyListWithMode(int mode) const;
     virtual void updatePrimaryKeyList() {}
+    /// A column of this table joins or leaves the primary key.
+    void primaryKeyDidChange() const;
     /// The property `PK_KEY_NAME` when there is one, even an empty one; else the base name and "_pkey".
     [[nodiscard]] std::string primaryKeyConstraintName() const;
     void setPrimaryKeyConstraintName(const OptionalText& name);
@@ -301,6 +308,7 @@ private:
     mutable std::unique_ptr<ComponentNames> _names;
     mutable std::unique_ptr<ComponentUids> _uids;
     mutable NumberHints _numberHints;
+    mutable std::optional<Fields> _primaryKey;  // null until asked for
 };
 
 }  // namespace vellicor

@@ -1,6 +1,7 @@
 // vellicor/model/table_component.cpp — the common base of everything that stands inside a table.
 #include "vellicor/model/table_component.h"
 
+#include "vellicor/model/container.h"
 #include "vellicor/model/export_dialect.h"
 #include "vellicor/model/label.h"
 #include "vellicor/model/label_manager.h"
@@ -15,6 +16,10 @@ namespace vellicor {
 
 void SQLTableComponent::delete_() {
     if (SQLTable* table = parentTable()) table->remove(this);
+}
+
+void SQLTableComponent::foreignKeyDidChange() {
+    if (SQLContainer* document = topLevelContainer()) document->foreignKeyMayHaveChanged(*this);
 }
 
 void SQLTableComponent::setName(const OptionalText& name) {

@@ -44,6 +44,8 @@ public:
     // --- references that wait for their target table
     void setIncompleteReferenceTargetTable(std::string_view table, std::string_view field);
     void clearIncompleteReferenceTargetTable();
+    /// Tells the document that a key has come, or has another name or target.
+    void foreignKeyDidChange();
     /// Columns and foreign keys look for the table again.
     virtual void reconnectIncompleteReference() {}
 

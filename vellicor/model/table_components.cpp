@@ -4,6 +4,7 @@
 #include "vellicor/model/component_index.h"
 #include "vellicor/model/field.h"
 #include "vellicor/model/foreign_key.h"
+#include "vellicor/model/foreign_key_names.h"
 #include "vellicor/model/index.h"
 #include "vellicor/model/table.h"
 #include "vellicor/platform/exception.h"
@@ -94,6 +95,10 @@ void SQLTable::appendComponent(const std::shared_ptr<SQLTableComponent>& compone
     auto components = _fields.lock();
     components->push_back(component);
     component->setParent(this);
+    _primaryKey.reset();
+    component->foreignKeyDidChange();
+    if (const auto* column = as<SQLField>(component.get()); column && column->hasConnectedObjects())
+        ForeignKeyNames::noteLoss();  // keys that pointed to a column without a table have a target now
     if (_names) _names->append(*component);
     if (_uids) _uids->enter(*component, component->uid());
 }
@@ -129,6 +134,8 @@ void SQLTable::remove(SQLTableComponent* component) {
         else
             _numberHints.clear();
         if (_uids) _uids->remove(*removed);
+        _primaryKey.reset();
+        ForeignKeyNames::noteLoss();
     }
     updatePrimaryKeyList();
     removed->setParent(nullptr);
@@ -144,6 +151,8 @@ void SQLTable::setFields(Components next) {
             if (component->container() == this) component->setParent(nullptr);
         components->swap(next);
         for (const auto& component : *components) component->setParent(this);
+        _primaryKey.reset();
+        ForeignKeyNames::noteLoss();
         _names.reset();
         _numberHints.clear();
         _uids.reset();
@@ -169,6 +178,7 @@ void SQLTable::reorderFieldWithUid(std::string_view uid, std::size_t position) {
         components->erase(components->begin() + static_cast<std::ptrdiff_t>(oldPosition));
         const std::size_t newPosition = std::min(position, components->size());
         components->insert(components->begin() + static_cast<std::ptrdiff_t>(newPosition), moved);
+        _primaryKey.reset();
         _names.reset();
         notifyFieldObservers();
         registerUndo(this, [uid = std::string(uid), oldPosition](SQLTable& table) {
@@ -182,9 +192,15 @@ void SQLTable::reorderFieldWithUid(std::string_view uid, std::size_t position) {
 
 // --- lists
 
-SQLTable::Components SQLTable::getFields() const {
+SQLTable::Components SQLTable::components() const {
     auto components = _fields.lock();
     return *components;
+}
+
+SQLTable::Fields SQLTable::columnObjectList() const {
+    Fields columns;
+    forEachComponent<SQLField>([&](SQLField& column) { columns.push_back(&column); });
+    return columns;
 }
 
 std::size_t SQLTable::fieldCount() const {

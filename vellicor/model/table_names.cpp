@@ -113,6 +113,7 @@ void SQLTable::memberNameDidChange(SQLObject& member) {
         _numberHints.nameBecameFree(_names->nameDidChange(*component));
     else
         _numberHints.clear();
+    if (component) component->foreignKeyDidChange();
 }
 
 }  // namespace vellicor

@@ -6,19 +6,22 @@
 
 namespace vellicor {
 
-bool SQLTable::hasPrimaryKey() const {
-    auto components = _fields.lock();
-    for (const auto& component : *components)
-        if (const auto* field = as<SQLField>(component.get()); field && field->getPrimaryKey()) return true;
-    return false;
-}
+bool SQLTable::hasPrimaryKey() const { return !primaryKeyObjectList().empty(); }
 
 SQLTable::Fields SQLTable::primaryKeyObjectList() const {
-    Fields primaryKey;
-    forEachComponent<SQLField>([&](SQLField& field) {
-        if (field.getPrimaryKey()) primaryKey.push_back(&field);
-    });
-    return primaryKey;
+    auto components = _fields.lock();
+    if (!_primaryKey) {
+        _primaryKey.emplace();
+        for (const auto& component : *components)
+            if (auto* field = as<SQLField>(component.get()); field && field->getPrimaryKey())
+                _primaryKey->push_back(field);
+    }
+    return *_primaryKey;
+}
+
+void SQLTable::primaryKeyDidChange() const {
+    auto components = _fields.lock();
+    _primaryKey.reset();
 }
 
 std::vector<std::string> SQLTable::primaryKeyList() const {
