@@ -36,7 +36,7 @@ void writeAsJson(const DocumentDifferences& differences, const DiffOptions& opti
     writeJson(std::move(map));
 }
 
-ExitCode run(const DiffOptions& options, Messages& messages) {
+ExitCode runDiff(const DiffOptions& options, Messages& messages) {
     applyPreferences(options.preferences, messages);
     const Document before = readDocument(options.before, messages);
     const Document after = readDocument(options.after, messages);
@@ -64,7 +64,7 @@ void addDiffCommand(CLI::App& app, Session& session) {
     addDocument(command, options->after, "NEW", "the document after");
     addMatchOption(command, options->match);
     command.add_flag("--layout", options->layout, "also places, sizes, colours, labels and notes");
-    completeDocumentCommand(command, session, options, run);
+    completeDocumentCommand(command, session, options, runDiff);
 }
 
 }  // namespace vellicor::cli

@@ -18,7 +18,7 @@ std::string defaultValueOf(const ColumnShape& column) {
 }
 
 template <class Dialect>
-std::unique_ptr<MigrationDialect> make(GenericSQLExporter& exporter) {
+std::unique_ptr<MigrationDialect> makeMigration(GenericSQLExporter& exporter) {
     return std::make_unique<Dialect>(exporter);
 }
 
@@ -27,13 +27,13 @@ std::unique_ptr<MigrationDialect> make(GenericSQLExporter& exporter) {
 std::unique_ptr<MigrationDialect> MigrationDialect::of(GenericSQLExporter& exporter) {
     static constexpr std::pair<std::string_view, std::unique_ptr<MigrationDialect> (*)(GenericSQLExporter&)>
         kDialects[] = {
-            {"Postgres", make<PostgreSQLMigration>}, {"Redshift", make<RedshiftMigration>},
-            {"MySQL (2)", make<MySQLMigration>},     {"SQLite", make<SQLiteMigration>},
-            {"SQLServer", make<SQLServerMigration>}, {"Sybase", make<SybaseMigration>},
-            {"Oracle", make<OracleMigration>},       {"FileMaker", make<FileMakerMigration>},
+            {"Postgres", makeMigration<PostgreSQLMigration>}, {"Redshift", makeMigration<RedshiftMigration>},
+            {"MySQL (2)", makeMigration<MySQLMigration>},     {"SQLite", makeMigration<SQLiteMigration>},
+            {"SQLServer", makeMigration<SQLServerMigration>}, {"Sybase", makeMigration<SybaseMigration>},
+            {"Oracle", makeMigration<OracleMigration>},       {"FileMaker", makeMigration<FileMakerMigration>},
         };
     const auto* found = std::ranges::find(kDialects, exporter.getName(), [](const auto& entry) { return entry.first; });
-    return found == std::end(kDialects) ? make<MigrationDialect>(exporter) : found->second(exporter);
+    return found == std::end(kDialects) ? makeMigration<MigrationDialect>(exporter) : found->second(exporter);
 }
 
 // === Redshift

@@ -3,6 +3,7 @@
 
 #include <algorithm>
 
+#include "vellicor/export/runnable/runnable_dialect.h"
 #include "vellicor/platform/text_format.h"
 
 namespace vellicor {
@@ -21,7 +22,7 @@ std::string_view wordsFor(Verdict verdict) {
 
 SQLWordRules MigrationDialect::wordRules() const {
     return {.bracketsQuoteNames = _exporter.getStartingQuoteIdentifierString() == "[",
-            .backslashEscapes = !GenericSQLExporter::writesRunnableScripts()};
+            .backslashEscapes = !as<const RunnableDialect>(&_exporter)};
 }
 
 void MigrationDialect::complete(TableShape& table) const {

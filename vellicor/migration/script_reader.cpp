@@ -12,8 +12,8 @@ namespace {
 bool isSeparator(const SQLToken& token) { return token.isSymbol(';') || token.isWord("GO"); }
 
 /// Marks a column inside the words of a check; no script holds the character.
-constexpr char kMark = '\x01';
-std::string marked(const std::string& key) { return kMark + key + kMark; }
+constexpr char kPlaceMark = '\x01';
+std::string marked(const std::string& key) { return kPlaceMark + key + kPlaceMark; }
 
 }  // namespace
 
@@ -227,8 +227,8 @@ void ScriptReader::readExpression(const TableShape& table, Range expression, Con
 std::string renamedInWords(std::string_view words, const std::unordered_map<std::string, SQLName>& names) {
     std::string renamed;
     for (std::size_t start = 0; start <= words.size();) {
-        const std::size_t open = words.find(kMark, start);
-        const std::size_t close = open == std::string_view::npos ? open : words.find(kMark, open + 1);
+        const std::size_t open = words.find(kPlaceMark, start);
+        const std::size_t close = open == std::string_view::npos ? open : words.find(kPlaceMark, open + 1);
         if (close == std::string_view::npos) return renamed + std::string(words.substr(start));
         const std::string key(words.substr(open + 1, close - open - 1));
         const auto name = names.find(key);

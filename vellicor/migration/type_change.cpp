@@ -73,7 +73,7 @@ struct Parsed {
     bool isUnsigned = false;
 };
 
-Parsed parsed(std::string_view type) {
+Parsed parsedChange(std::string_view type) {
     std::string upper = uppercased(type);
     Parsed result;
     if (const std::size_t at = upper.find(" UNSIGNED"); at != std::string::npos) {
@@ -109,8 +109,8 @@ TypeChange rounded(std::string_view before, std::string_view after) {
 }  // namespace
 
 TypeChange typeChange(std::string_view before, std::string_view after) {
-    const Parsed a = parsed(before);
-    const Parsed b = parsed(after);
+    const Parsed a = parsedChange(before);
+    const Parsed b = parsedChange(after);
     if (a.base == b.base && a.size == b.size && a.scale == b.scale && a.isUnsigned == b.isUnsigned) return {};
     const TypeChange widens{Effect::Widens, {}};
     const bool fits = b.size >= a.size;
