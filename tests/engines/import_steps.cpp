@@ -18,12 +18,18 @@ namespace {
 
 std::string savedDocument(const vellicor::Catalog& catalog) { return documentOf(catalog).container->xmlDocument(); }
 
+/// Where schemas are databases of their own, one database does not hold such a design.
+bool leavesDatabase(std::string_view dialect, const std::string& script) {
+    return dialect == "mysql" && script.find("CREATE SCHEMA") != script.npos;
+}
+
 }  // namespace
 
 void expectImportKeepsAll(const FreshDatabase& fresh, const std::string& script, const std::string& title) {
     SCOPED_TRACE(title + "\n" + script);
     ScopedPreference runnable(prefs::runnableScripts);
     ScopedPreference blanks(prefs::autoQuoteIdentifiersWithWhitespace);
+    ScopedPreference comments(prefs::usePostgresComments);
     vellicor::Catalog catalog;
     {
         const auto database = fresh();
@@ -46,10 +52,11 @@ void expectImportKeepsAll(const FreshDatabase& fresh, const std::string& script,
 
 void expectImportsKeepDocuments(const FreshDatabase& fresh, std::string_view dialect, const DocumentTraits& traits,
                                 std::uint64_t count) {
-    for (const std::string example : {"shop", "warehouse", "legacy"}) {
+    for (const std::string example : {"shop", "legacy", "warehouse"}) {
         ScopedPreference runnable(prefs::runnableScripts);
         const auto document = loadDocument(VELLICOR_SOURCE_DIR "/examples/" + example + ".xml").container;
-        expectImportKeepsAll(fresh, scriptOf(dialect, *document), example);
+        const std::string script = scriptOf(dialect, *document);
+        if (!leavesDatabase(dialect, script)) expectImportKeepsAll(fresh, script, example);
     }
     for (std::uint64_t number = 1; number <= count && !::testing::Test::HasFatalFailure(); ++number) {
         std::string script;
@@ -58,6 +65,7 @@ void expectImportsKeepDocuments(const FreshDatabase& fresh, std::string_view dia
             const GeneratedDocument generated(number, dialect, traits);
             script = scriptOf(dialect, generated.document());
         }
+        if (leavesDatabase(dialect, script)) continue;
         expectImportKeepsAll(fresh, script, "document " + std::to_string(number));
         if (::testing::Test::HasFailure()) return;
     }

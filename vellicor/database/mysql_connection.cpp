@@ -4,6 +4,7 @@
 #include <memory>
 
 #include "vellicor/database/connection.h"
+#include "vellicor/platform/text.h"
 #include "vellicor/platform/text_format.h"
 
 namespace vellicor {
@@ -86,6 +87,7 @@ public:
 private:
     template <class Take>
     void run(const std::string& sql, Take take) {
+        if (trimmed(sql).empty()) return;  // the server refuses a script without statements
         MYSQL* connection = _connection.get();
         if (mysql_real_query(connection, sql.data(), sql.size()) != 0) complain();
         for (int more = 0; more == 0; more = mysql_next_result(connection)) {

@@ -41,6 +41,8 @@ bool isPostgresqlType(WordList types, std::string_view type) { return holds(type
 
 template <class Classic>
 bool RunnablePostgresql<Classic>::runsOnlyQuoted(std::string_view name) const {
+    // The server folds a bare name to lower case; checks, views and later statements that quote it would not find it.
+    if (std::ranges::any_of(name, [](char c) { return c >= 'A' && c <= 'Z'; })) return true;
     return isRefusedBare(
         name, this->containsWord(this->reservedWords(), name) || this->containsWord(kFurtherPostgresqlWords, name));
 }
