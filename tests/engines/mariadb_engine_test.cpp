@@ -57,7 +57,7 @@ TEST_F(MariaDBOn, MigrationCasesLeadToTheNewDocument) { expectMigrationCasesOnEn
 TEST_F(MariaDBOn, GeneratedMigrationsLeadToTheNewDocument) { expectGeneratedMigrationsOnEngine(engine(), 1, 6); }
 
 TEST_F(MariaDBOn, ImportsKeepDocuments) {
-    expectImportsKeepDocuments(freshDatabasesOf(engine()), "mysql", kMariaDBTraits, 25);
+    expectImportsKeepDocuments(freshDatabasesOf(engine()), "mysql", kMariaDBTraits, 0);
 }
 
 TEST_F(MariaDBOn, KeywordsMayBeNames) {
