@@ -14,7 +14,9 @@
 #include "tests/support/scoped_preference.h"
 #include "vellicor/model/comment.h"
 #include "vellicor/model/document_info.h"
+#include "vellicor/model/field.h"
 #include "vellicor/model/foreign_key.h"
+#include "vellicor/model/index.h"
 #include "vellicor/model/label.h"
 #include "vellicor/model/label_manager.h"
 #include "vellicor/model/schema.h"
@@ -374,6 +376,54 @@ TEST(Container, Geometry) {
     document->relocateAllToBase({100, 50});
     EXPECT_EQ(list[1]->location(), (Point{50, 0}));
     EXPECT_EQ(document->origin(), Point());
+}
+
+TEST(Container, AnswersInTheTypesThatItWasAskedFor) {
+    const auto document = SQLContainer::newContainer();
+    const auto orders = SQLTable::tableWithName("orders"), again = SQLTable::tableWithName("Orders");
+    const struct {
+        std::shared_ptr<SQLObject> given;
+        bool taken;
+        const char* name;
+    } additions[] = {{orders, true, "orders"},       {again, true, "Orders_1"},
+                     {orders, false, "orders"},
+                     {SQLField::fieldWithName("c", "int"), false, "c"}, {document, false, ""},
+                     {SQLView::viewWithName("v"), true, "v"}, {SQLObjectLabel::labelWithName("red", Color::white()), true, "red"}};
+    for (const auto& [given, taken, name] : additions) {
+        const AddResult result = document->add(given);
+        EXPECT_EQ(bool(result), taken) << name;
+        EXPECT_EQ(result.name, name);
+    }
+    EXPECT_EQ(document->tableNamed("orders"), orders.get());
+    EXPECT_EQ(document->tableNamed("ORDERS_1", {.caseSensitive = false}), again.get());
+    EXPECT_EQ(document->objectNamed<SQLView>("orders"), nullptr);
+    const NameOptions capital{.caseSensitive = false, .ofClass = [&](SQLObject& object) { return &object != orders.get(); }};
+    EXPECT_EQ(document->getObjectByName("orders", capital), nullptr);
+    std::string walked;
+    document->forEachObject<SQLTable>([&](SQLTable& table) { walked += table.getName() + ' '; });
+    EXPECT_EQ(walked, "orders Orders_1 v ");
+
+    orders->add(SQLField::fieldWithName("id", "int"));
+    orders->add(SQLIndex::indexWithName("id"));
+    EXPECT_EQ(orders->fieldNamed("ID"), orders->getField(0));
+    EXPECT_EQ(orders->componentNamed<SQLIndex>("id"), orders->getField(1));
+    orders->remove(*orders->fieldNamed("id"));
+    EXPECT_EQ(orders->fieldNamed("id"), nullptr);
+    orders->setProperty("key", "value");
+    EXPECT_EQ(orders->propertiesAsDictionary().textForKey("key"), "value");
+    EXPECT_FALSE(orders->propertiesAsDictionary().hasKey("Key"));
+
+    const auto undo = std::make_shared<StandardUndoManager>();
+    document->setUndoManager(undo);
+    {
+        const UndoGroup group(document->undoManager(), "rename both");
+        orders->setName("a");
+        again->setName("b");
+    }
+    EXPECT_EQ(undo->undoActionName(), "rename both");
+    undo->undo();
+    EXPECT_NE(document->tableNamed("orders"), nullptr);
+    EXPECT_NE(document->tableNamed("Orders_1"), nullptr);
 }
 
 }  // namespace

@@ -80,20 +80,24 @@ TEST(ContainerThreads, BothAskForNamesAndStyles) {
     other.join();
 }
 
-TEST(ContainerThreads, DocumentsMergeEachOther) {
-    const std::shared_ptr<SQLContainer> one = SQLContainer::newContainer(), two = SQLContainer::newContainer();
-    for (const auto& document : {one, two})
-        for (const auto& table : tables(20)) document->add(table);
-    const auto exchange = [](SQLContainer& to, SQLContainer& from) {
+TEST(ContainerThreads, DocumentsTakeObjectsFromEachOther) {
+    const std::shared_ptr<SQLContainer> documents[] = {SQLContainer::newContainer(), SQLContainer::newContainer(),
+                                                       SQLContainer::newContainer()};
+    for (const auto& document : documents)
+        for (const auto& table : tables(15)) document->add(table);
+    const auto exchange = [&](std::size_t to, std::size_t from) {
         for (int i = 0; i < 10; ++i) {
-            to.merge(from);
-            to.addObjects(from.flatObjectList());
+            documents[to]->merge(*documents[from]);
+            for (const auto& table : documents[from]->objectList()) documents[to]->add(table);
+            documents[to]->addObjects(documents[from]->flatObjectList());
         }
     };
-    std::thread other([&] { exchange(*two, *one); });
-    exchange(*one, *two);
-    other.join();
-    EXPECT_EQ(one->count(), two->count());
+    std::thread second(exchange, 1, 2), third(exchange, 2, 0);
+    exchange(0, 1);
+    second.join();
+    third.join();
+    exchange(0, 1), exchange(0, 2);
+    EXPECT_EQ(documents[0]->count(), 45u);
 }
 
 }  // namespace

@@ -13,6 +13,7 @@ namespace {
 
 class Named : public SQLObject {
 public:
+    using SQLObject::SQLObject;
     std::string getName() const override { return schema.empty() ? getBaseName() : schema + "." + getBaseName(); }
     std::string getSchemaName() const override { return schema; }
     bool classCanUseSchemaName() const override { return true; }

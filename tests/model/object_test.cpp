@@ -24,6 +24,7 @@ using Events = std::vector<std::string>;
 /// Stands in for whatever holds objects, and writes down what it is told.
 class Holder : public SQLObject {
 public:
+    using SQLObject::SQLObject;
     void uidChanged(std::string_view newUid, SQLObject& object) override {
         events.push_back(text("%@ becomes %@", object.uid(), newUid));
     }
@@ -92,14 +93,18 @@ TEST(ObjectProperties, NullsAreLoggedAndChangeNothingAndMissingPartsAreAssertion
     EXPECT_TRUE(object->hasProperty("labelColor"));
     EXPECT_EQ(object->getProperty("key"), "old");
 
-    SQLObject withoutDictionary;
+    struct TooEarly : SQLObject {
+        explicit TooEarly(Creation creation) : SQLObject(creation) {
+            EXPECT_EQ(getProperty("key"), "");
+            setProperty("key", "value");
+        }
+    };
     try {
-        withoutDictionary.setProperty("key", "value");
+        static_cast<void>(create<TooEarly>());
         FAIL();
     } catch (const AssertionFailure& failure) {
         EXPECT_EQ(failure.reason(), "Properties should not be nil");
     }
-    EXPECT_EQ(withoutDictionary.getProperty("key"), "");
     EXPECT_THROW(QVMutableNotifyingPropertyDictionary(nullptr), AssertionFailure);
 }
 
@@ -121,6 +126,7 @@ TEST(PropertyMapTest, KeepsTheOrderOfArrivalHoweverMany) {
 
 class Hooked : public SQLObject {
 public:
+    using SQLObject::SQLObject;
     void propertyWillChange(std::string_view key, const PropertyValue* current, const PropertyValue* next) override {
         auto shown = [](const PropertyValue* value) { return value ? value->text() : "null"; };
         events.push_back(text("hook %@ %@ %@, reads %@", key, shown(current), shown(next), getProperty(key)));
@@ -200,6 +206,7 @@ TEST(ObjectUndo, OnlyWhatIsUndoableIsRegistered) {
 
 TEST(ObjectUndo, GoesThroughTheHolderIfAtAll) {
     struct WithoutUndo : SQLObject {
+        using SQLObject::SQLObject;
         bool supportsUndo() const override { return false; }
     };
     auto holder = create<Holder>();
@@ -308,6 +315,7 @@ TEST(ObjectElements, PropertiesAreSortedAndSomeLeftOut) {
 
 TEST(ObjectElements, PlacesHaveTwoFractionDigits) {
     struct Third : SQLObject {
+        using SQLObject::SQLObject;
         std::int64_t zOrder() const override { return 3; }
     };
     auto object = create<Third>();

@@ -7,6 +7,7 @@ namespace vellicor {
 
 class SQLComment : public SQLObjectPeer {
 public:
+    using SQLObjectPeer::SQLObjectPeer;
     void init() override;
     static std::shared_ptr<SQLComment> initWithComment(const OptionalText& text);
 
@@ -40,6 +41,7 @@ private:
 
 class SQLCanvasArea : public SQLComment {
 public:
+    using SQLComment::SQLComment;
     static std::shared_ptr<SQLCanvasArea> initWithString(const OptionalText& text);
     [[nodiscard]] std::string_view getClassType() const override { return "SQLCanvasArea"; }
     [[nodiscard]] std::string exportToSQL() override { return {}; }

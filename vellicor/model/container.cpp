@@ -66,7 +66,7 @@ private:
     std::unordered_map<const SQLObject*, Guest> _guests;
 };
 
-SQLContainer::SQLContainer() = default;
+SQLContainer::SQLContainer(Creation creation) : SQLObjectPeer(creation) {}
 
 SQLContainer::~SQLContainer() {
     _guests.reset();
@@ -100,13 +100,12 @@ std::string SQLContainer::description() const {
 
 // --- adding
 
-void SQLContainer::add(const std::shared_ptr<SQLObject>& object) {
-    if (auto peer = as<SQLObjectPeer>(object))
-        addWithRenaming(peer);
-    else if (auto label = as<SQLObjectLabel>(object))
-        _objectLabelManager->addLabel(label, false);  // under its own uid, also when a document brought it
-    else
-        refuse(object.get());
+AddResult SQLContainer::add(const std::shared_ptr<SQLObject>& object) {
+    if (auto peer = as<SQLObjectPeer>(object)) return addWithRenaming(peer);
+    auto label = as<SQLObjectLabel>(object);
+    if (!label) refuse(object.get());
+    _objectLabelManager->addLabel(label, false);  // under its own uid, also when a document brought it
+    return {true, label->getName()};
 }
 
 void SQLContainer::addObjects(const std::vector<std::shared_ptr<SQLObject>>& objects) {
@@ -119,12 +118,16 @@ void SQLContainer::addObjects(const std::vector<std::shared_ptr<SQLObject>>& obj
     }
 }
 
-void SQLContainer::addWithRenaming(const std::shared_ptr<SQLObjectPeer>& object) {
-    if (!object || object.get() == this) return;
-    if (as<SQLField>(object.get()) && !_allowsFieldObjects) return;
-    if (const auto* info = as<SQLDocumentInfo>(object.get())) return setDocumentInfo(*info);
+AddResult SQLContainer::addWithRenaming(const std::shared_ptr<SQLObjectPeer>& object) {
+    if (!object) return {};
+    AddResult result{false, object->getName()};
+    if (object.get() == this || (as<SQLField>(object.get()) && !_allowsFieldObjects)) return result;
+    if (const auto* info = as<SQLDocumentInfo>(object.get())) {
+        setDocumentInfo(*info);
+        return result;
+    }
     const auto locks = lockedWithHolders({this}, [&] { return std::array{object}; });
-    if (contains(*object)) return;
+    if (contains(*object)) return result;
     try {
         if (object->asContainer()) refuse(object.get());
         const std::string name = object->getName();
@@ -135,13 +138,15 @@ void SQLContainer::addWithRenaming(const std::shared_ptr<SQLObjectPeer>& object)
             else
                 object->setName(freeName);
         }
-        addObjectToContainer(object);
+        addObjectToContainer(object, result);
     } catch (const SQLException& error) {
         log(text("AddWithRenaming: error adding field %@", error.reason()));
     }
+    return result;
 }
 
-bool SQLContainer::addObjectToContainer(const std::shared_ptr<SQLObjectPeer>& object) {
+bool SQLContainer::addObjectToContainer(const std::shared_ptr<SQLObjectPeer>& object, AddResult& result) {
+    result = {false, object ? object->getName() : std::string()};
     if (!object || object->asContainer()) return true;
     if (const auto* info = as<SQLDocumentInfo>(object.get())) {
         setDocumentInfo(*info);
@@ -167,6 +172,7 @@ bool SQLContainer::addObjectToContainer(const std::shared_ptr<SQLObjectPeer>& ob
     updateZOrder();
     _objectLabelManager->addObjectToLabelList(*object);
     updateSchemaForObject(*object);
+    result = {true, object->getName()};
     return true;
 }
 

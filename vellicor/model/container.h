@@ -26,12 +26,19 @@ namespace vellicor {
 
 class QVVisualTheme;
 
-/// Selects objects by class in look-ups.
-using ClassFilter = bool (*)(SQLObject&);
+/// Selects objects in look-ups: `isKindOf<SQLTable>`, or anything that can be called with an object.
+using ClassFilter = std::function<bool(SQLObject&)>;
 template <class T>
 bool isKindOf(SQLObject& object) {
     return as<T>(&object) != nullptr;
 }
+
+/// What became of an object that was given to a document.
+struct AddResult {
+    bool taken = false;  ///< false for null, for what is contained already, and for what the document keeps a copy of
+    std::string name;    ///< the name that the object has now
+    explicit operator bool() const { return taken; }
+};
 
 /// How `getObjectByName` compares.
 struct NameOptions {
@@ -48,7 +55,7 @@ class SQLContainer : public SQLObjectPeer, public NameScope {
 public:
     using Objects = std::vector<std::shared_ptr<SQLObjectPeer>>;
 
-    SQLContainer();
+    explicit SQLContainer(Creation creation);
     ~SQLContainer() override;
     void init() override;
     /// A new empty document.
@@ -74,16 +81,20 @@ public:
     // --- adding
     /// Peers are added with renaming, labels go to the label manager. Raises "unknown type exception" for anything
     /// else.
-    void add(const std::shared_ptr<SQLObject>& object);
+    AddResult add(const std::shared_ptr<SQLObject>& object);
     /// The same for each; other types are logged and skipped.
     void addObjects(const std::vector<std::shared_ptr<SQLObject>>& objects);
     /// Gives the object a free name when its own is taken (a comment of that name yields instead) and adds it. Errors
     /// are logged and the object is dropped. Nothing for an object that is contained already and for the document
     /// itself.
-    void addWithRenaming(const std::shared_ptr<SQLObjectPeer>& object);
+    AddResult addWithRenaming(const std::shared_ptr<SQLObjectPeer>& object);
     /// Adds without renaming: replaces a uid in use, places the object by its property `zorder`. Always true; nothing
     /// for an object that is contained already and for documents.
-    bool addObjectToContainer(const std::shared_ptr<SQLObjectPeer>& object);
+    bool addObjectToContainer(const std::shared_ptr<SQLObjectPeer>& object) {
+        AddResult result;
+        return addObjectToContainer(object, result);
+    }
+    bool addObjectToContainer(const std::shared_ptr<SQLObjectPeer>& object, AddResult& result);
     void setAllowsFieldObject(bool flag) { _allowsFieldObjects = flag; }
     [[nodiscard]] bool allowsFieldObjects() const { return _allowsFieldObjects; }
     /// Copies the given info's properties and print settings into the document's own info.
@@ -97,6 +108,15 @@ public:
     // --- lists and counts
     [[nodiscard]] Objects objectList() const;
     [[nodiscard]] Objects getObjects() const { return objectList(); }
+    /// Calls `visit(T&)` for each object of a kind, in order, under the list's lock and without a copy of the list,
+    /// which must not change meanwhile.
+    template <class T = SQLObjectPeer, class Visit>
+    void forEachObject(Visit visit) const {
+        auto list = _objectList.lock();
+        list->forEach([&](const auto& object) {
+            if (T* ofKind = as<T>(object.get())) visit(*ofKind);
+        });
+    }
     /// Replaces the list's content only; uids, stacking order, schemas and labels stay.
     void setObjects(Objects objects);
     [[nodiscard]] std::size_t count() const;
@@ -130,6 +150,13 @@ public:
     [[nodiscard]] SQLObjectPeer* getObjectByName(const OptionalText& name, bool caseSensitive) const;
     SQLObjectPeer* getObjectByName(const OptionalText& name, const char*) const = delete;
     [[nodiscard]] SQLObjectPeer* getObjectByName(const OptionalText& name, const NameOptions& options) const;
+    /// The same among objects of one kind, as that kind: `objectNamed<SQLView>("totals")`.
+    template <class T>
+    [[nodiscard]] T* objectNamed(std::string_view name, NameOptions options = {}) const {
+        if (!options.ofClass) options.ofClass = isKindOf<T>;
+        return as<T>(getObjectByName(std::string(name), options));
+    }
+    [[nodiscard]] SQLTable* tableNamed(std::string_view name, const NameOptions& options = {}) const;
     /// Among tables, without regard to case or quotes: the qualified name first, then the bare name.
     [[nodiscard]] SQLObjectPeer* getObjectWithSchema(std::string_view name, const OptionalText& schema) const;
     [[nodiscard]] SQLObjectPeer* getObjectWithUID(std::string_view uid) const;

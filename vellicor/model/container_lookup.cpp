@@ -67,6 +67,10 @@ SQLObjectPeer* SQLContainer::getObjectByName(const OptionalText& name, const Nam
     return found ? found->object.get() : nullptr;
 }
 
+SQLTable* SQLContainer::tableNamed(std::string_view name, const NameOptions& options) const {
+    return objectNamed<SQLTable>(name, options);
+}
+
 SQLObjectPeer* SQLContainer::getObjectWithSchema(std::string_view name, const OptionalText& schema) const {
     const NameOptions options{.caseSensitive = false, .ofClass = isKindOf<SQLTable>, .stripQuotes = true};
     if (schema && !schema->empty())

@@ -10,6 +10,7 @@ class QVVisualTheme;
 /// Settings kept as properties. A new one carries the version keys of the file format.
 class SQLDocumentInfo : public SQLObjectPeer {
 public:
+    using SQLObjectPeer::SQLObjectPeer;
     static constexpr const char* kGeneratorVersion = "4.0.3";
     static constexpr const char* kFileFormatVersion = "4";
     static constexpr const char* kGenerator = "org.vellicor.designer";

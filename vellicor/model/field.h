@@ -15,7 +15,7 @@ enum class ForeignKeyMode { None = 0, Single = 1, Compound = 2, CompoundMember =
 /// A column: type, flags, default, and in the older style a reference of its own to a column of another table.
 class SQLField : public SQLTableComponent, public SQLLink {
 public:
-    SQLField() = default;
+    using SQLTableComponent::SQLTableComponent;
     ~SQLField() override;
     void init() override;
     static std::shared_ptr<SQLField> field() { return create<SQLField>(); }

@@ -11,6 +11,7 @@ namespace vellicor {
 /// One pair of a foreign key: a column of the key's table and a column of the target table. Its container is the key.
 class SQLForeignKeyEntry : public SQLObject {
 public:
+    using SQLObject::SQLObject;
     [[nodiscard]] std::string_view getClassType() const override { return "SQLForeignKeyEntry"; }
     static std::shared_ptr<SQLForeignKeyEntry> initWithSource(SQLField* source, SQLField* target);
 
@@ -48,7 +49,7 @@ class SQLForeignKey : public SQLTableComponent, public SQLLink {
 public:
     using Entries = std::vector<std::shared_ptr<SQLForeignKeyEntry>>;
 
-    SQLForeignKey() = default;
+    using SQLTableComponent::SQLTableComponent;
     ~SQLForeignKey() override;
     void init() override;
     static std::shared_ptr<SQLForeignKey> initWithName(const OptionalText& name) {

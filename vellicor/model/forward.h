@@ -2,6 +2,8 @@
 #pragma once
 
 #include <memory>
+#include <type_traits>
+#include <utility>
 
 namespace vellicor {
 
@@ -38,11 +40,23 @@ class SQLForeignKeyGraph;
 class SQLForeignKeyObjectGraph;
 class SQLExportDialect;
 
+/// What the constructors of model objects ask for, so that `create` alone calls them. A class of your own takes its
+/// base's constructors over: `using SQLTable::SQLTable;`.
+class Creation {
+    explicit Creation(int) {}
+    template <class T, class... Arguments>
+    friend std::shared_ptr<T> create(Arguments&&... arguments);
+};
+
 /// Makes an object in two steps: construction, then the virtual `init`, so that overrides run. Every object of the
 /// model is made this way.
 template <class T, class... Arguments>
 [[nodiscard]] std::shared_ptr<T> create(Arguments&&... arguments) {
-    auto object = std::make_shared<T>(std::forward<Arguments>(arguments)...);
+    std::shared_ptr<T> object;
+    if constexpr (std::is_constructible_v<T, Creation, Arguments...>)
+        object = std::make_shared<T>(Creation(0), std::forward<Arguments>(arguments)...);
+    else
+        object = std::make_shared<T>(std::forward<Arguments>(arguments)...);
     object->init();
     return object;
 }

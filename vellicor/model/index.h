@@ -13,6 +13,7 @@ namespace vellicor {
 /// One column of an index as it is read from a document, before the columns are found.
 class SQLIndexEntry : public SQLObject {
 public:
+    using SQLObject::SQLObject;
     [[nodiscard]] std::string_view getClassType() const override { return "SQLIndexEntry"; }
     [[nodiscard]] SQLField* field() const { return _field.get(); }
     void setField(SQLField* field);
@@ -32,6 +33,7 @@ private:
 /// operation takes two of them at once.
 class SQLIndex : public SQLTableComponent {
 public:
+    using SQLTableComponent::SQLTableComponent;
     /// One column of the index; the column reads as null once it is gone.
     struct Entry {
         WeakRef<SQLField> field;
@@ -137,6 +139,7 @@ private:
 /// A UNIQUE constraint over columns, or a CHECK constraint with an expression.
 class SQLConstraint : public SQLIndex {
 public:
+    using SQLIndex::SQLIndex;
     void init() override;
     static std::shared_ptr<SQLConstraint> constraint() { return create<SQLConstraint>(); }
     static std::shared_ptr<SQLConstraint> indexWithName(const OptionalText& name) { return initWithName(name); }
@@ -169,6 +172,7 @@ public:
 /// An index made while an old and a new model are compared; it records no undo.
 class SQLComparisonIndex : public SQLIndex {
 public:
+    using SQLIndex::SQLIndex;
     [[nodiscard]] bool supportsUndo() const override { return false; }
     static std::shared_ptr<SQLComparisonIndex> indexWithName(const OptionalText& name) { return initWithName(name); }
     static std::shared_ptr<SQLComparisonIndex> initWithName(const OptionalText& name) {

@@ -10,6 +10,7 @@ namespace vellicor {
 
 class SQLObjectLabel : public SQLObject {
 public:
+    using SQLObject::SQLObject;
     static std::shared_ptr<SQLObjectLabel> labelWithName(const OptionalText& name, const Color& color);
     [[nodiscard]] std::string_view getClassType() const override { return "SQLObjectLabel"; }
 

@@ -42,13 +42,13 @@ void SQLObject::checkUid(SQLContainer& container) {
 }
 
 bool SQLObject::setUid(const std::string& uid) {
-    if (_container) _container->uidChanged(uid, *this);
+    if (SQLObject* holder = _container) holder->uidChanged(uid, *this);
     setProperty(keys::uid, uid);
     return true;
 }
 
 void SQLObject::uidWasStored() {
-    if (_container) _container->memberUidDidChange(*this);
+    if (SQLObject* holder = _container) holder->memberUidDidChange(*this);
     didChangeValueForKey(keys::uid);
 }
 
@@ -179,7 +179,7 @@ void SQLObject::storeName(const OptionalText& name) {
     if (differs) _name = name;
     didChangeValueForKey("displayName");
     didChangeValueForKey("name");
-    if (differs && _container) _container->memberNameDidChange(*this);
+    if (SQLObject* holder = differs ? _container.load() : nullptr) holder->memberNameDidChange(*this);
 }
 
 // --- geometry

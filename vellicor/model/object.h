@@ -1,6 +1,7 @@
 // vellicor/model/object.h — the base of every element of a design document.
 #pragma once
 
+#include <atomic>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -33,7 +34,7 @@ class SQLObject : public Loadable, public std::enable_shared_from_this<SQLObject
 public:
     using UndoProperties = std::vector<std::string_view>;
 
-    SQLObject() = default;
+    explicit SQLObject(Creation) {}
     ~SQLObject() override;
     SQLObject(const SQLObject&) = delete;
     SQLObject& operator=(const SQLObject&) = delete;
@@ -134,10 +135,10 @@ public:
     void setMinimumSize(Size size) { _minimumSize.set(size); }
 
     // --- tree
-    virtual void setContainer(SQLObject* container) { _container = container; }
+    virtual void setContainer(SQLObject* container) { _container.store(container, std::memory_order_release); }
     void setParent(SQLObject* parent) { setContainer(parent); }
     /// What holds this object: a component's table, a peer's document; null while detached.
-    [[nodiscard]] virtual SQLObject* container() const { return _container; }
+    [[nodiscard]] virtual SQLObject* container() const { return _container.load(std::memory_order_acquire); }
     [[nodiscard]] SQLObject* getContainer() const { return container(); }
     [[nodiscard]] SQLObject* parent() const { return container(); }
     /// The document; null while detached from one.
@@ -230,7 +231,7 @@ private:
     [[nodiscard]] bool takesKey(std::string_view key) const;
 
     std::unique_ptr<QVMutableNotifyingPropertyDictionary> _properties;  // null before `init`
-    SQLObject* _container = nullptr;                                    // never owned; cleared by the holder
+    std::atomic<SQLObject*> _container = nullptr;                       // never owned; cleared by the holder
     Point _location;
     OptionalText _name;  // null until set
     Size _size;

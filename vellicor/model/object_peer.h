@@ -16,6 +16,7 @@ struct NameParts {
 /// Base of tables, table components, comments, the document info and the document itself.
 class SQLObjectPeer : public SQLObject {
 public:
+    using SQLObject::SQLObject;
     ~SQLObjectPeer() override;
 
     [[nodiscard]] std::string_view getClassType() const override { return "unknown"; }

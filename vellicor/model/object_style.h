@@ -19,6 +19,7 @@ inline constexpr const char* boldObjectTitleFont = "boldObjectTitleFont";
 /// the document's style.
 class QVObjectStyle : public SQLObject {
 public:
+    using SQLObject::SQLObject;
     [[nodiscard]] std::string_view getClassType() const override { return "QVObjectStyle"; }
 
     /// Null removes the key; a null key is logged and changes nothing.

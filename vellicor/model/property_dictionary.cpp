@@ -42,6 +42,16 @@ std::vector<std::string> QVMutableNotifyingPropertyDictionary::allKeys() const {
 
 std::size_t QVMutableNotifyingPropertyDictionary::count() const { return _map.lock()->size(); }
 
+const PropertyValue* QVMutableNotifyingPropertyDictionary::Snapshot::valueForKey(std::string_view key) const {
+    const auto found = std::ranges::find(*this, key, &value_type::first);
+    return found == end() ? nullptr : &found->second;
+}
+
+std::string QVMutableNotifyingPropertyDictionary::Snapshot::textForKey(std::string_view key) const {
+    const PropertyValue* value = valueForKey(key);
+    return value ? value->text() : std::string();
+}
+
 QVMutableNotifyingPropertyDictionary::Snapshot QVMutableNotifyingPropertyDictionary::entries() const {
     Snapshot snapshot;
     read([&](const PropertyMap& map) {

@@ -20,7 +20,15 @@ namespace vellicor {
 /// lock; hooks may read the dictionary again but must not wait for another thread that needs it.
 class QVMutableNotifyingPropertyDictionary {
 public:
-    using Snapshot = std::vector<std::pair<std::string, PropertyValue>>;
+    /// A copy of the entries, in the order in which their keys were first stored.
+    struct Snapshot : std::vector<std::pair<std::string, PropertyValue>> {
+        using vector::vector;
+        /// Null when the key is absent.
+        [[nodiscard]] const PropertyValue* valueForKey(std::string_view key) const;
+        [[nodiscard]] bool hasKey(std::string_view key) const { return valueForKey(key) != nullptr; }
+        /// Empty when the key is absent.
+        [[nodiscard]] std::string textForKey(std::string_view key) const;
+    };
 
     /// Asserts "owner object must not be nil".
     explicit QVMutableNotifyingPropertyDictionary(SQLObject* owner);

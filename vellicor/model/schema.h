@@ -13,6 +13,7 @@ class SchemaRegister;
 /// Objects are listed in the order of their arrival; membership is found without searching.
 class SQLSchema : public SQLObject {
 public:
+    using SQLObject::SQLObject;
     /// The schema of objects that name none: empty name, default, shown as "(none)".
     static std::shared_ptr<SQLSchema> unspecifiedSchema();
     static std::shared_ptr<SQLSchema> schemaWithName(const OptionalText& name);

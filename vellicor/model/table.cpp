@@ -41,7 +41,7 @@ DefaultPlaces& defaultPlaces() {
 
 }  // namespace
 
-SQLTable::SQLTable() = default;
+SQLTable::SQLTable(Creation creation) : SQLObjectPeer(creation) {}
 
 SQLTable::~SQLTable() {
     auto components = _fields.lock();

@@ -37,7 +37,7 @@ public:
     static constexpr std::size_t kNotFound = static_cast<std::size_t>(-1) >> 1;
     static constexpr std::size_t kNoPosition = static_cast<std::size_t>(-1);
 
-    SQLTable();
+    explicit SQLTable(Creation creation);
     ~SQLTable() override;
     void init() override;
     static std::shared_ptr<SQLTable> table() { return create<SQLTable>(); }
@@ -76,6 +76,7 @@ public:
     /// Unknown column names are skipped.
     void addParsedIndexWithName(const OptionalText& name, const std::vector<std::string>& fieldNames,
                                 const OptionalText& type);
+    void remove(SQLTableComponent& component) { remove(&component); }
     /// Logs null.
     void remove(SQLTableComponent* component);
     void reorder(SQLTableComponent& component, std::size_t position);
@@ -113,8 +114,8 @@ public:
     [[nodiscard]] SQLTableComponent* getColumn(std::size_t index) const { return getField(index); }
     [[nodiscard]] SQLTableComponent* getField(std::size_t index) const;
     /// The n-th of a class.
-    [[nodiscard]] SQLTableComponent* objectOfClass(ClassFilter filter, std::size_t index) const;
-    [[nodiscard]] Components fieldArrayOfClass(ClassFilter filter) const;
+    [[nodiscard]] SQLTableComponent* objectOfClass(const ClassFilter& filter, std::size_t index) const;
+    [[nodiscard]] Components fieldArrayOfClass(const ClassFilter& filter) const;
     /// Cyclic; null for a component of another table.
     [[nodiscard]] SQLTableComponent* getNextField(const SQLTableComponent& component) const;
     [[nodiscard]] SQLTableComponent* getPreviousField(const SQLTableComponent& component) const;
@@ -124,15 +125,21 @@ public:
 
     // --- components: lookup (table_lookup.cpp); null when none
     [[nodiscard]] SQLField* getFieldByName(std::string_view name) const;
+    [[nodiscard]] SQLField* fieldNamed(std::string_view name) const { return getFieldByName(name); }
+    /// The same for any kind, as that kind: `componentNamed<SQLIndex>("byName")`.
+    template <class T>
+    [[nodiscard]] T* componentNamed(std::string_view name) const {
+        return as<T>(getFieldByTypeAndName(isKindOf<T>, name));
+    }
     /// The first component of a kind whose unquoted name equals the trimmed, unquoted name without regard to case.
-    [[nodiscard]] SQLTableComponent* getFieldByTypeAndName(ClassFilter kind, std::string_view name) const;
-    [[nodiscard]] SQLTableComponent* getFieldByTypeAndName(ClassFilter kind, std::string_view name,
+    [[nodiscard]] SQLTableComponent* getFieldByTypeAndName(const ClassFilter& kind, std::string_view name) const;
+    [[nodiscard]] SQLTableComponent* getFieldByTypeAndName(const ClassFilter& kind, std::string_view name,
                                                            bool caseInsensitive) const;
     [[nodiscard]] SQLTableComponent* getFieldByUID(std::string_view uid) const;
     [[nodiscard]] SQLTableComponent* getObjectByName(std::string_view name) const;
     [[nodiscard]] bool isFieldNamePresent(std::string_view name) const;
-    [[nodiscard]] bool isFieldNamePresent(std::string_view name, ClassFilter kind) const;
-    [[nodiscard]] bool isFieldNamePresent(std::string_view name, ClassFilter kind,
+    [[nodiscard]] bool isFieldNamePresent(std::string_view name, const ClassFilter& kind) const;
+    [[nodiscard]] bool isFieldNamePresent(std::string_view name, const ClassFilter& kind,
                                           const SQLTableComponent* except) const;
     [[nodiscard]] bool isObjectNamePresent(std::string_view name) const;
     [[nodiscard]] std::vector<std::string> fieldNamesList() const;

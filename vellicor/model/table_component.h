@@ -14,6 +14,7 @@ struct ValidationError {
 /// Common base of all components. Its container is the table.
 class SQLTableComponent : public SQLObjectPeer {
 public:
+    using SQLObjectPeer::SQLObjectPeer;
     [[nodiscard]] std::string_view getClassType() const override { return "SQLTableComponent"; }
     /// Asks the parent table to remove it; nothing while detached.
     void delete_();

@@ -225,14 +225,14 @@ SQLTableComponent* SQLTable::getField(std::size_t index) const {
     return index < components->size() ? (*components)[index].get() : nullptr;
 }
 
-SQLTableComponent* SQLTable::objectOfClass(ClassFilter filter, std::size_t index) const {
+SQLTableComponent* SQLTable::objectOfClass(const ClassFilter& filter, std::size_t index) const {
     auto components = _fields.lock();
     for (const auto& component : *components)
         if (filter(*component) && index-- == 0) return component.get();
     return nullptr;
 }
 
-SQLTable::Components SQLTable::fieldArrayOfClass(ClassFilter filter) const {
+SQLTable::Components SQLTable::fieldArrayOfClass(const ClassFilter& filter) const {
     auto components = _fields.lock();
     Components ofClass;
     for (const auto& component : *components)

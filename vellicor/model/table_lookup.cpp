@@ -62,11 +62,11 @@ SQLField* SQLTable::getFieldByName(std::string_view name) const {
     return as<SQLField>(getFieldByTypeAndName(isKindOf<SQLField>, name));
 }
 
-SQLTableComponent* SQLTable::getFieldByTypeAndName(ClassFilter kind, std::string_view name) const {
+SQLTableComponent* SQLTable::getFieldByTypeAndName(const ClassFilter& kind, std::string_view name) const {
     return getFieldByTypeAndName(kind, name, true);
 }
 
-SQLTableComponent* SQLTable::getFieldByTypeAndName(ClassFilter kind, std::string_view name,
+SQLTableComponent* SQLTable::getFieldByTypeAndName(const ClassFilter& kind, std::string_view name,
                                                    bool caseInsensitive) const {
     return firstNamed(name, caseInsensitive, kind);
 }
@@ -83,11 +83,12 @@ SQLTableComponent* SQLTable::getObjectByName(std::string_view name) const {
 
 bool SQLTable::isFieldNamePresent(std::string_view name) const { return isFieldNamePresent(name, isKindOf<SQLField>); }
 
-bool SQLTable::isFieldNamePresent(std::string_view name, ClassFilter kind) const {
+bool SQLTable::isFieldNamePresent(std::string_view name, const ClassFilter& kind) const {
     return isFieldNamePresent(name, kind, nullptr);
 }
 
-bool SQLTable::isFieldNamePresent(std::string_view name, ClassFilter kind, const SQLTableComponent* except) const {
+bool SQLTable::isFieldNamePresent(std::string_view name, const ClassFilter& kind,
+                                  const SQLTableComponent* except) const {
     return firstNamed(name, true, [&](SQLTableComponent& other) { return &other != except && kind(other); });
 }
 

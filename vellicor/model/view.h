@@ -12,6 +12,7 @@ namespace vellicor {
 /// link operations answer nothing and their setters do nothing.
 class SQLViewEntry : public SQLTableComponent, public SQLConnectable {
 public:
+    using SQLTableComponent::SQLTableComponent;
     static std::shared_ptr<SQLViewEntry> viewEntryWithName(const OptionalText& name, std::string_view type) {
         return initWithName(name, type);
     }
@@ -60,6 +61,7 @@ public:
 /// A kind of table whose components are `SQLViewEntry` rows only. Operations on its lists hold the view's own lock.
 class SQLView : public SQLTable {
 public:
+    using SQLTable::SQLTable;
     using Texts = std::vector<std::string>;
 
     static std::shared_ptr<SQLView> viewWithName(const OptionalText& name) { return initWithName(name); }

@@ -31,8 +31,8 @@ private:
 /// Owns a value together with its recursive mutex. `lock()` answers a handle, the only way to the value; take it at
 /// the top of a whole operation and name it (`auto fields = _fields.lock();`), since a temporary handle in a range-for
 /// releases the lock before the first step.
-/// When two locks are needed the order is: container list, table list, property dictionary; of two of a kind, the one at
-/// the lower address comes first.
+/// When two locks are needed the order is: container list, table list, property dictionary; of two of a kind, the one
+/// at the lower address comes first.
 template <class T>
 class Guarded {
 public:

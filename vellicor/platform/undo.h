@@ -24,6 +24,11 @@ public:
     /// Forgets every recorded action of this target, to undo and to redo.
     virtual void removeAllActionsWithTarget(const Target& target) = 0;
 
+    /// What is recorded between the two is undone at once. Groups nest; only the outermost end closes the group.
+    /// Nothing for a manager that groups by itself.
+    virtual void beginUndoGrouping() {}
+    virtual void endUndoGrouping() {}
+
     /// The target with which the next recorded action is made: `prepareWithInvocationTarget(t).record(action)`.
     class Recorder {
     public:
@@ -37,6 +42,26 @@ public:
     Recorder prepareWithInvocationTarget(Target target) { return {*this, std::move(target)}; }
 };
 
+/// One undo group, from here to the end of the block; without a manager it does nothing. A name given here is the
+/// group's, whatever the changes inside are called.
+class UndoGroup {
+public:
+    explicit UndoGroup(UndoManager* manager, std::string name = {}) : _manager(manager), _name(std::move(name)) {
+        if (_manager) _manager->beginUndoGrouping();
+    }
+    ~UndoGroup() {
+        if (!_manager) return;
+        if (!_name.empty()) _manager->setActionName(_name);
+        _manager->endUndoGrouping();
+    }
+    UndoGroup(const UndoGroup&) = delete;
+    UndoGroup& operator=(const UndoGroup&) = delete;
+
+private:
+    UndoManager* _manager;
+    std::string _name;
+};
+
 /// Undo and redo stacks of groups. A registration outside `beginUndoGrouping` and `endUndoGrouping` is a group of its
 /// own. Undoing runs a group in reverse; what the actions register meanwhile becomes the group to redo, under the same
 /// name. A fresh registration empties the redo stack.
@@ -46,9 +71,9 @@ public:
     void setActionName(std::string_view name) override;
     void removeAllActionsWithTarget(const Target& target) override;
 
-    /// Groups nest; only the outermost end closes the group. A group without actions is dropped.
-    void beginUndoGrouping();
-    void endUndoGrouping();
+    /// A group without actions is dropped.
+    void beginUndoGrouping() override;
+    void endUndoGrouping() override;
     [[nodiscard]] bool canUndo() const;
     [[nodiscard]] bool canRedo() const;
     /// Undo or redo the newest group; nothing when there is none. An open group is closed first.
