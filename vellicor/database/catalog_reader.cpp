@@ -6,6 +6,7 @@
 #include <tuple>
 
 #include "vellicor/database/connection.h"
+#include "vellicor/platform/numbers.h"
 #include "vellicor/platform/text_format.h"
 
 namespace vellicor {
@@ -51,7 +52,8 @@ CatalogDefault catalogDefaultOf(std::string content, std::string_view literal) {
     static constexpr std::string_view kMarks = " _.,:;/@+-";
     const auto isPlain = [](char c) {
         const auto byte = static_cast<unsigned char>(c);
-        return byte >= 0x80 || (byte | 0x20) - 'a' < 26u || byte - '0' < 10u || kMarks.find(c) != kMarks.npos;
+        return byte >= 0x80 || ((byte | 0x20) >= 'a' && (byte | 0x20) <= 'z') || isDigit(c) ||
+               kMarks.find(c) != kMarks.npos;
     };
     const bool isValue = !content.empty() && trimmed(content) == content && std::ranges::all_of(content, isPlain) &&
                          std::ranges::find(kWords, lowercased(content)) == kWords.end();

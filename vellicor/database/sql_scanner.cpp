@@ -3,6 +3,7 @@
 
 #include <algorithm>
 
+#include "vellicor/platform/numbers.h"
 #include "vellicor/platform/text.h"
 
 namespace vellicor {
@@ -11,7 +12,7 @@ namespace {
 
 bool isWordCharacter(char c) {
     const auto byte = static_cast<unsigned char>(c);
-    return (byte | 0x20) - 'a' < 26u || byte - '0' < 10u || c == '_' || c == '$' || byte >= 0x80;
+    return ((byte | 0x20) >= 'a' && (byte | 0x20) <= 'z') || isDigit(c) || c == '_' || c == '$' || byte >= 0x80;
 }
 bool isSqlDigit(char c) { return c >= '0' && c <= '9'; }
 bool isSqlBlank(char c) { return c == ' ' || (c >= '\t' && c <= '\r'); }

@@ -70,7 +70,8 @@ DocumentFileError unreadable(std::string_view name, const SQLException& first, c
 
 /// What `parse` makes of `bytes`; when it fails, what repairing them gives.
 LoadedDocument loaded(std::string_view name, std::string_view bytes, const Parse& parse) {
-    LoadedDocument document{.container = SQLContainer::newContainer()};
+    LoadedDocument document;
+    document.container = SQLContainer::newContainer();
     Parser parser;
     const auto finish = [&] {
         requireDocument(parser, name);

@@ -15,21 +15,21 @@ char initial(std::string_view name) {
     return first >= 'A' && first <= 'Z' ? static_cast<char>(first + ('a' - 'A')) : first;
 }
 
-/// Element names are one when they differ in nothing but the case of the first letter.
-struct ElementNameHash {
-    std::size_t operator()(std::string_view name) const {
-        return TextHash{}(rest(name)) * 31 + static_cast<unsigned char>(initial(name));
-    }
-};
-struct ElementNameEqual {
-    bool operator()(std::string_view a, std::string_view b) const {
-        return initial(a) == initial(b) && a.size() == b.size() && rest(a) == rest(b);
-    }
-};
-
 }  // namespace
 
 struct ClassInfo::SetterTable {
+    /// Element names are one when they differ in nothing but the case of the first letter.
+    struct ElementNameHash {
+        std::size_t operator()(std::string_view name) const {
+            return TextHash{}(rest(name)) * 31 + static_cast<unsigned char>(initial(name));
+        }
+    };
+    struct ElementNameEqual {
+        bool operator()(std::string_view a, std::string_view b) const {
+            return initial(a) == initial(b) && a.size() == b.size() && rest(a) == rest(b);
+        }
+    };
+
     std::unordered_map<std::string_view, const Setter*, ElementNameHash, ElementNameEqual> byName;
 
     explicit SetterTable(const ClassInfo& info) {

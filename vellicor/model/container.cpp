@@ -176,21 +176,6 @@ bool SQLContainer::addObjectToContainer(const std::shared_ptr<SQLObjectPeer>& ob
     return true;
 }
 
-template <class Objects>
-std::vector<SQLContainer::List> SQLContainer::lockedWithHolders(std::set<const SQLContainer*> documents,
-                                                                Objects objects) {
-    while (true) {
-        std::vector<List> locks;
-        for (const SQLContainer* document : documents) locks.push_back(document->lockedList());
-        const std::size_t known = documents.size();
-        for (const auto& object : objects()) {
-            SQLObject* holder = object ? object->container() : nullptr;
-            if (const SQLContainer* document = holder ? holder->asContainer() : nullptr) documents.insert(document);
-        }
-        if (documents.size() == known) return locks;  // otherwise anew, in order
-    }
-}
-
 void SQLContainer::adopt(SQLObjectPeer& object) {
     SQLObject* holder = object.container();
     if (holder == this) return;

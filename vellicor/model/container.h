@@ -331,7 +331,18 @@ private:
     /// The lists of the documents and of those that hold what `objects()` answers, in one order everywhere, so that two
     /// threads that take objects from each other's document do not wait for each other.
     template <class Objects>
-    [[nodiscard]] static std::vector<List> lockedWithHolders(std::set<const SQLContainer*> documents, Objects objects);
+    [[nodiscard]] static std::vector<List> lockedWithHolders(std::set<const SQLContainer*> documents, Objects objects) {
+        while (true) {
+            std::vector<List> locks;
+            for (const SQLContainer* document : documents) locks.push_back(document->lockedList());
+            const std::size_t known = documents.size();
+            for (const auto& object : objects()) {
+                SQLObject* holder = object ? object->container() : nullptr;
+                if (const SQLContainer* document = holder ? holder->asContainer() : nullptr) documents.insert(document);
+            }
+            if (documents.size() == known) return locks;  // otherwise anew, in order
+        }
+    }
     /// Takes the object over, or watches one that stays with its holder, whose list is locked.
     void adopt(SQLObjectPeer& object);
     /// The other way round.
